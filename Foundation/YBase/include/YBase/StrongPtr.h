@@ -1,0 +1,11 @@
+#pragma once
+
+#include <memory>
+
+namespace YBase {
+
+/// The one owner of an object.
+template <class T>
+using StrongPtr = std::unique_ptr<T>;
+
+}  // namespace YBase

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <YBase/AdvanceMessageCursor.h>
+#include <YBase/Allocator.h>
+#include <YBase/BasicMessageCursor.h>
+#include <YBase/ConstMessageCursor.h>
+#include <YBase/ExceptionImpl.h>
+#include <YBase/FeatureFlags.h>
+#include <YBase/FormatMessage.h>
+#include <YBase/Localizer.h>
+#include <YBase/Message.h>
+#include <YBase/MessageCursor.h>
+#include <YBase/ModuleMainPtr.h>
+#include <YBase/NumberText.h>
+#include <YBase/ReferenceCounted.h>
+#include <YBase/ReturnString.h>
+#include <YBase/SignalGuard.h>
+#include <YBase/SmartPtrI.h>
+#include <YBase/StrongPtr.h>
+#include <YBase/System.h>
+#include <YBase/TextBuffer.h>
+#include <YBase/TextConversion.h>
+#include <YBase/WideCharToASCII.h>

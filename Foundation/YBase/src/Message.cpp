@@ -1,0 +1,88 @@
+#include <YBase/Message.h>
+#include <YBase/TextConversion.h>
+
+#include <utility>
+#include <vector>
+
+#include "MessageLine.h"
+
+namespace YBase {
+
+// Trees are walked with a list of what is left to do, not by recursion: however deep one is, it must fit
+// the stack of any thread.
+
+Message::Message(const char* utf8Text) {
+  SetLocalizedText(0, utf8Text);
+}
+
+// Delegates, so that the destructor disposes of what was copied when memory runs out half way.
+Message::Message(const Message& other) : Message() {
+  std::vector<std::pair<const Message*, Message*>> pending{{&other, this}};
+  while (!pending.empty()) {
+    const auto [source, copy] = pending.back();
+    pending.pop_back();
+    copy->mDomain = source->mDomain;
+    copy->mID = source->mID;
+    copy->mTexts = source->mTexts;
+    for (const Message& lower : source->mLowerLevelMessages) {
+      pending.emplace_back(&lower, &copy->mLowerLevelMessages.emplace_back());
+    }
+  }
+}
+
+Message& Message::operator=(const Message& other) {
+  *this = Message(other);
+  return *this;
+}
+
+Message::~Message() {
+  while (!mLowerLevelMessages.empty()) {
+    auto& lower = mLowerLevelMessages.front().mLowerLevelMessages;
+    mLowerLevelMessages.splice(mLowerLevelMessages.end(), lower);
+    mLowerLevelMessages.pop_front();
+  }
+}
+
+void Message::SetDomainAndID(unsigned domain, unsigned id) noexcept {
+  mDomain = domain;
+  mID = id;
+}
+
+void Message::SetLocalizedText(unsigned short language, const char* utf8Text) {
+  mTexts.insert_or_assign(language, std::string(utf8Text != nullptr ? utf8Text : ""));
+}
+
+const char* Message::GetLocalizedText(unsigned short language) const noexcept {
+  const auto text = mTexts.find(language);
+  return text != mTexts.end() ? text->second.c_str() : nullptr;
+}
+
+void Message::AddLowerLevelMessage(Message message) {
+  mLowerLevelMessages.push_back(std::move(message));
+}
+
+ReturnWString Message::GetMessage() const {
+  std::string text;
+  std::vector<std::pair<const Message*, std::size_t>> pending{{this, 0}};
+  while (!pending.empty()) {
+    const auto [message, level] = pending.back();
+    pending.pop_back();
+    AppendMessageLine(text, message->GetOwnText(), level);
+    const auto& lower = message->mLowerLevelMessages;
+    for (auto last = lower.rbegin(); last != lower.rend(); ++last) pending.emplace_back(&*last, level + 1);
+  }
+  return UTF8ToWideChar(text.c_str());
+}
+
+const char* Message::GetTextOfLowestLanguage() const noexcept {
+  return !mTexts.empty() ? mTexts.begin()->second.c_str() : nullptr;
+}
+
+std::string Message::GetOwnText() const {
+  // The neutral language is the lowest.
+  if (const char* text = GetTextOfLowestLanguage()) return text;
+  if (mDomain == MESSAGE_DOMAIN_UNKNOWN && mID == 0) return {};
+  return FormatDomainAndID(*this);
+}
+
+}  // namespace YBase

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+/// What each operating system does in its own way. The build picks the one source that fits.
+namespace YBase::Platform {
+
+/// The kernel's number of the calling thread, asked for anew.
+unsigned long GetThreadID() noexcept;
+
+/// The path of the running program as the system tells it; empty where it does not.
+std::string GetExecutablePath();
+
+/// Takes the signal away if it is pending; never waits.
+/// \pre The calling thread blocks it.
+void ConsumePendingSignal(int signalNumber) noexcept;
+
+}  // namespace YBase::Platform

@@ -1,0 +1,41 @@
+#include <mach-o/dyld.h>
+#include <pthread.h>
+
+#include <csignal>
+#include <cstdint>
+#include <cstring>
+
+#include "Platform.h"
+
+namespace YBase::Platform {
+
+unsigned long GetThreadID() noexcept {
+  std::uint64_t id = 0;
+  ::pthread_threadid_np(nullptr, &id);
+  return id;
+}
+
+std::string GetExecutablePath() {
+  std::string path(1024, '\0');
+  auto size = static_cast<std::uint32_t>(path.size());
+  if (::_NSGetExecutablePath(path.data(), &size) != 0) {
+    // Too short; `size` is what it takes.
+    path.assign(size, '\0');
+    if (::_NSGetExecutablePath(path.data(), &size) != 0) return {};
+  }
+  path.resize(std::strlen(path.c_str()));
+  return path;
+}
+
+void ConsumePendingSignal(int signalNumber) noexcept {
+  // There is no wait with a time limit here, so the question comes first.
+  sigset_t signals;
+  ::sigpending(&signals);
+  if (!sigismember(&signals, signalNumber)) return;
+  sigemptyset(&signals);
+  sigaddset(&signals, signalNumber);
+  int taken;
+  ::sigwait(&signals, &taken);
+}
+
+}  // namespace YBase::Platform

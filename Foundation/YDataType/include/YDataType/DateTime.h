@@ -1,0 +1,71 @@
+#pragma once
+
+#include <YBase/ReturnString.h>
+#include <YDataType/Export.h>
+#include <YDataType/TimeSpan.h>
+
+namespace YDataType {
+
+/// A calendar date (proleptic Gregorian) and time of day to the millisecond, with the offset from UTC that
+/// was in force at that instant.
+///
+/// A value. Threads: like any value.
+class YDATATYPE_EXPORT DateTime {
+ public:
+  /// `seconds` after 1970-01-01 00:00:00.000, to the nearest millisecond, without an offset. What lies
+  /// outside the years 1 to 9999 gives the nearest limit; what is no number gives 0.
+  explicit DateTime(double seconds) noexcept;
+
+  /// The present instant in local time, with the offset of just that instant in the process's zone.
+  static DateTime Now();
+  /// The present instant in UTC.
+  static DateTime NowUTC() noexcept;
+
+  int GetYear() const noexcept { return mYear; }
+  int GetMonth() const noexcept { return mMonth; }              ///< 1 to 12.
+  int GetDay() const noexcept { return mDay; }                  ///< 1 to 31.
+  int GetHour() const noexcept { return mHour; }                ///< 0 to 23.
+  int GetMinute() const noexcept { return mMinute; }            ///< 0 to 59.
+  int GetSecond() const noexcept { return mSecond; }            ///< 0 to 59; a leap second shows as 59.
+  int GetMillisecond() const noexcept { return mMillisecond; }  ///< 0 to 999.
+
+  /// The two parts of the offset in minutes, positive east of UTC: that of the zone, and what daylight
+  /// saving adds. Only their sum is the offset.
+  short GetStandardOffset() const noexcept { return mStandardOffset; }
+  short GetDaylightSavingOffset() const noexcept { return mDaylightSavingOffset; }
+
+  /// The form "YYYY-MM-DD HH:MM:SS.mmm", the year with at least four digits. The offset is not shown.
+  YBase::ReturnString ToString() const;
+
+  /// Reads the form of `ToString` at the beginning of `text`: a year of four to nine digits, two digits for
+  /// each of month, day, hour, minute and second, three for the milliseconds, a date that exists and an hour
+  /// up to 23. What is read has no offset.
+  ///
+  /// Returns how many characters were read; 0, and the object unchanged, where `text` begins otherwise or is
+  /// null.
+  unsigned FromString(const char* text) noexcept;
+
+  /// The time from `earlier` to `later`, as instants in UTC; what 64 bits cannot hold stays near the limit.
+  friend YDATATYPE_EXPORT TimeSpan operator-(const DateTime& later, const DateTime& earlier) noexcept;
+
+  /// Equal in all that is shown, the offset's parts included.
+  friend bool operator==(const DateTime&, const DateTime&) noexcept = default;
+
+ private:
+  DateTime() noexcept = default;
+
+  void SetWithoutOffset(long long milliseconds) noexcept;
+  long long GetUTCSeconds() const noexcept;
+
+  int mYear = 1970;
+  short mMillisecond = 0;
+  signed char mMonth = 1;
+  signed char mDay = 1;
+  signed char mHour = 0;
+  signed char mMinute = 0;
+  signed char mSecond = 0;
+  short mStandardOffset = 0;
+  short mDaylightSavingOffset = 0;
+};
+
+}  // namespace YDataType

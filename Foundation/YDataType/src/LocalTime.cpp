@@ -1,0 +1,101 @@
+#include "LocalTime.h"
+
+#include <YSynch/CriticalSection.h>
+
+#include <atomic>
+#include <cassert>
+#include <cstdlib>
+#include <ctime>
+
+namespace YDataType {
+
+namespace {
+
+/// The C library's own note of the zone. It changes when the host calls `tzset` after a change of `TZ`.
+struct Zone {
+  long secondsWest;
+  const char* standardName;
+  const char* daylightSavingName;
+
+  bool operator==(const Zone&) const = default;
+};
+
+struct Answer {
+  bool given;
+  std::chrono::sys_seconds instant;
+  Zone zone;
+  LocalTime localTime;
+};
+
+// Nothing to construct or destroy: threads log while their own thread-local objects are destroyed.
+constinit thread_local Answer gsLastAnswer{};
+
+/// Atomic, because threads that do not know our lock may make the C library write these. Relaxed: a late
+/// view costs a fresh computation or, at worst, shows a change of zone one second later.
+template <class T>
+T LoadRelaxed(T& variable) noexcept {
+  return std::atomic_ref<T>(variable).load(std::memory_order_relaxed);
+}
+
+Zone GetZone() noexcept {
+  return {LoadRelaxed(::timezone), LoadRelaxed(::tzname[0]), LoadRelaxed(::tzname[1])};
+}
+
+/// Held around the C library's lock on the zone, so that none of our threads has that at a fork. Never
+/// destroyed: it is needed as long as anything logs.
+YSynch::CriticalSection& GetZoneLock() {
+  static auto& lock = *new YSynch::CriticalSection(YSynch::LOCK_STACK_CATEGORY_CLASS);
+  return lock;
+}
+
+std::tm BreakDown(std::chrono::sys_seconds instant) {
+  const std::time_t seconds = instant.time_since_epoch().count();
+  std::tm parts{};
+  const YSynch::CriticalSection::SmartLock lock(GetZoneLock());
+  [[maybe_unused]] const std::tm* const result = ::localtime_r(&seconds, &parts);
+  // It fails only for years that an int cannot hold, which a clock of milliseconds never shows.
+  assert(result != nullptr);
+  return parts;
+}
+
+/// How much of an offset, in minutes, is daylight saving. The standard offset that the C library tells is
+/// that of one era of the zone, and may be far from the instant's.
+int GetDaylightSaving(const std::tm& parts, int offset, long secondsWest) noexcept {
+  constexpr int LARGEST_EVER = 120;
+  if (parts.tm_isdst <= 0) return 0;
+  const long daylightSaving = offset + secondsWest / 60;
+  return std::labs(daylightSaving) <= LARGEST_EVER ? static_cast<int>(daylightSaving) : 0;
+}
+
+LocalTime ToLocalTime(const std::tm& parts, long secondsWest) noexcept {
+  // Some zones of the past were off by seconds, too; those are in the time of day and not in the offset.
+  const int offset = static_cast<int>(parts.tm_gmtoff / 60);
+  const int daylightSaving = GetDaylightSaving(parts, offset, secondsWest);
+  return {
+      .year = parts.tm_year + 1900,
+      .month = static_cast<signed char>(parts.tm_mon + 1),
+      .day = static_cast<signed char>(parts.tm_mday),
+      .hour = static_cast<signed char>(parts.tm_hour),
+      .minute = static_cast<signed char>(parts.tm_min),
+      // A zone that counts leap seconds shows 60, which no text of ours can hold.
+      .second = static_cast<signed char>(parts.tm_sec < 60 ? parts.tm_sec : 59),
+      .standardOffset = static_cast<short>(offset - daylightSaving),
+      .daylightSavingOffset = static_cast<short>(daylightSaving),
+  };
+}
+
+}  // namespace
+
+LocalTime GetLocalTime(std::chrono::sys_seconds instant) {
+  // The zone is noted before the question: if it changes in between, the answer is not taken for the new
+  // zone's the next time.
+  const Zone zone = GetZone();
+  Answer& last = gsLastAnswer;
+  if (!last.given || last.instant != instant || last.zone != zone) {
+    const std::tm parts = BreakDown(instant);
+    last = {true, instant, zone, ToLocalTime(parts, LoadRelaxed(::timezone))};
+  }
+  return last.localTime;
+}
+
+}  // namespace YDataType

@@ -1,0 +1,169 @@
+#include "UpdateableFile_Impl.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include <cassert>
+#include <cerrno>
+#include <csignal>
+#include <optional>
+#include <utility>
+
+#include <YBase/SignalGuard.h>
+#include <YBase/TextConversion.h>
+
+#include "Failure.h"
+#include "FileOperations.h"
+#include "UnwrittenPieces.h"
+
+namespace YFileSystem {
+
+namespace {
+
+// As many pieces as one call takes; callers have two at most.
+constexpr int VECTOR_COUNT = 8;
+
+/// Makes a call again as long as a signal interrupts it.
+template <class Call>
+auto Uninterrupted(Call call) noexcept {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
+}  // namespace
+
+UpdateableFile_Impl::UpdateableFile_Impl(std::string path) : mPath(std::move(path)) {
+  Open();
+  Join();
+}
+
+UpdateableFile_Impl::~UpdateableFile_Impl() {
+  Leave();
+  Close();
+}
+
+void UpdateableFile_Impl::Open() {
+  static constexpr const char* FUNCTION_NAME = "YFileSystem::OpenUpdateableFile";
+  // Not blocking, because what stands at the path may be a pipe, or a device that takes its time.
+  constexpr int FLAGS = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+  FileOperations& operations = FileOperations::GetCurrent();
+  mDescriptor = Uninterrupted([&] { return operations.Open(mPath.c_str(), FLAGS, NEW_FILE_MODE); });
+  if (mDescriptor < 0) ThrowFailure(FUNCTION_NAME, "open", mPath, errno);
+
+  FileFacts facts;
+  const int error = operations.QueryDescriptor(mDescriptor, facts) == 0 ? 0 : errno;
+  if (error != 0 || facts.mType != FileFacts::Type::REGULAR) {
+    Close();
+    ThrowFailure(FUNCTION_NAME, "open", mPath, error != 0 ? ReasonOf(error) : "Not a regular file");
+  }
+  mIdentity = facts.mIdentity;
+  mFileSizeLimit.Refresh();
+}
+
+void UpdateableFile_Impl::OpenUnlessOpen() {
+  if (mDescriptor == NO_DESCRIPTOR) Open();
+}
+
+void UpdateableFile_Impl::Close() noexcept {
+  // Not repeated: even an interrupted close gives the descriptor back, to whoever opens something next.
+  if (mDescriptor != NO_DESCRIPTOR) FileOperations::GetCurrent().Close(mDescriptor);
+  mDescriptor = NO_DESCRIPTOR;
+}
+
+/// A lock belongs to the open file, which parent and child would share: each would hold it with the other,
+/// and a child that never needs the file would keep the lock of a parent that died.
+void UpdateableFile_Impl::AfterForkInChild() noexcept {
+  Close();
+}
+
+void UpdateableFile_Impl::LockForWriting() {
+  static constexpr const char* FUNCTION_NAME = "YFileSystem::UpdateableFile_Impl::LockForWriting";
+  OpenUnlessOpen();
+  FileOperations& operations = FileOperations::GetCurrent();
+  if (Uninterrupted([&] { return operations.Lock(mDescriptor, LOCK_EX); }) == 0) return;
+  ThrowFailure(FUNCTION_NAME, "lock", mPath, errno);
+}
+
+void UpdateableFile_Impl::UnlockForWriting() noexcept {
+  if (mDescriptor != NO_DESCRIPTOR) FileOperations::GetCurrent().Lock(mDescriptor, LOCK_UN);
+}
+
+UpdateableFile::PathState UpdateableFile_Impl::QueryPath() {
+  OpenUnlessOpen();
+  FileFacts facts;
+  if (FileOperations::GetCurrent().QueryPath(mPath.c_str(), facts) != 0) return {false, 0};
+  if (facts.mIdentity != mIdentity) return {false, 0};
+  return {true, facts.mSize};
+}
+
+void UpdateableFile_Impl::Append(std::uint64_t size, std::initializer_list<std::string_view> pieces) {
+  static constexpr const char* FUNCTION_NAME = "YFileSystem::UpdateableFile_Impl::Append";
+  OpenUnlessOpen();
+  UnwrittenPieces unwritten({pieces.begin(), pieces.size()});
+  const std::uint64_t length = unwritten.GetSize();
+  // A file-size limit of the process is to be an error, not a signal that ends it.
+  std::optional<YBase::SignalGuard> guard;
+  if (mFileSizeLimit.IsPassedBy(size + length)) guard.emplace(SIGXFSZ);
+  const int error = WriteAll(unwritten);
+  if (error == 0) return;
+
+  // Before anything is said about it, which needs memory.
+  const int second = unwritten.GetSize() != length ? TruncateTo(size) : 0;
+  std::string reason = ReasonOf(error);
+  if (second != 0) reason += "; what was written stays, because it cannot be cut off: " + ReasonOf(second);
+  ThrowFailure(FUNCTION_NAME, "write to", mPath, reason);
+}
+
+/// Returns 0 when nothing is left, else the number of the error that ended it.
+int UpdateableFile_Impl::WriteAll(UnwrittenPieces& pieces) const noexcept {
+  FileOperations& operations = FileOperations::GetCurrent();
+  while (pieces.GetSize() != 0) {
+    iovec vectors[VECTOR_COUNT];
+    const int count = pieces.Describe(vectors);
+    const ssize_t written = Uninterrupted([&] { return operations.Write(mDescriptor, vectors, count); });
+    if (written < 0) return errno;
+    // No file system does so; but whoever does must not be asked for ever.
+    if (written == 0) return EIO;
+    pieces.Advance(static_cast<std::size_t>(written));
+  }
+  return 0;
+}
+
+std::size_t UpdateableFile_Impl::Read(char* buffer, std::size_t count) {
+  static constexpr const char* FUNCTION_NAME = "YFileSystem::UpdateableFile_Impl::Read";
+  OpenUnlessOpen();
+  FileOperations& operations = FileOperations::GetCurrent();
+  std::size_t total = 0;
+  while (total != count) {
+    const ssize_t read = Uninterrupted(
+        [&] { return operations.ReadAt(mDescriptor, buffer + total, count - total, mPosition + total); });
+    if (read < 0) ThrowFailure(FUNCTION_NAME, "read", mPath, errno);
+    if (read == 0) break;
+    total += static_cast<std::size_t>(read);
+  }
+  mPosition += total;
+  return total;
+}
+
+void UpdateableFile_Impl::Truncate() {
+  static constexpr const char* FUNCTION_NAME = "YFileSystem::UpdateableFile_Impl::Truncate";
+  OpenUnlessOpen();
+  mFileSizeLimit.Refresh();
+  std::optional<YBase::SignalGuard> guard;
+  if (mFileSizeLimit.IsPassedBy(mPosition)) guard.emplace(SIGXFSZ);
+  if (const int error = TruncateTo(mPosition)) ThrowFailure(FUNCTION_NAME, "truncate", mPath, error);
+}
+
+int UpdateableFile_Impl::TruncateTo(std::uint64_t size) const noexcept {
+  FileOperations& operations = FileOperations::GetCurrent();
+  return Uninterrupted([&] { return operations.Truncate(mDescriptor, size); }) == 0 ? 0 : errno;
+}
+
+YBase::SmartPtrI<UpdateableFile> OpenUpdateableFile(
+    const wchar_t* path, [[maybe_unused]] IF_COMMIT_AND_CLOSE_WAS_NOT_CALLED mode) {
+  assert(mode == KEEP_WHAT_WAS_WRITTEN);
+  return YBase::SmartPtrI<UpdateableFile>(new UpdateableFile_Impl(YBase::WideCharToUTF8(path)));
+}
+
+}  // namespace YFileSystem

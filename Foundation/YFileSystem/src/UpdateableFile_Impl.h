@@ -1,0 +1,52 @@
+#pragma once
+
+#include <string>
+
+#include <YFileSystem/UpdateableFile.h>
+#include <YSynch/ForkParticipant.h>
+#include <YSynch/ReferenceCountedImpl.h>
+
+#include "FileFacts.h"
+#include "FileSizeLimit.h"
+
+namespace YFileSystem {
+
+class UnwrittenPieces;
+
+class UpdateableFile_Impl final : public UpdateableFile,
+                                  public YSynch::ReferenceCountedImpl<YSynch::AtomicLong>,
+                                  private YSynch::ForkParticipant {
+ public:
+  /// Opens the file at the path, in UTF-8; see `OpenUpdateableFile`.
+  explicit UpdateableFile_Impl(std::string path);
+
+  void Append(std::uint64_t size, std::initializer_list<std::string_view> pieces) override;
+  PathState QueryPath() override;
+  void SetPosition(std::uint64_t position) noexcept override { mPosition = position; }
+  std::size_t Read(char* buffer, std::size_t count) override;
+  void Truncate() override;
+
+ private:
+  ~UpdateableFile_Impl() override;
+
+  void LockForWriting() override;
+  void UnlockForWriting() noexcept override;
+  void AfterForkInChild() noexcept override;
+
+  void Open();
+  void OpenUnlessOpen();
+  void Close() noexcept;
+  int WriteAll(UnwrittenPieces& pieces) const noexcept;
+  int TruncateTo(std::uint64_t size) const noexcept;
+
+  const std::string mPath;
+  // None in a child of a fork that has not needed the file yet.
+  int mDescriptor = NO_DESCRIPTOR;
+  FileIdentity mIdentity;
+  std::uint64_t mPosition = 0;
+  FileSizeLimit mFileSizeLimit;
+
+  static constexpr int NO_DESCRIPTOR = -1;
+};
+
+}  // namespace YFileSystem

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <concepts>
+#include <string_view>
+#include <type_traits>
+
+#include <YBase/ReturnString.h>
+#include <YBase/TextBuffer.h>
+#include <YResource/Export.h>
+#include <YResource/MessageTemplate.h>
+
+namespace YResource {
+
+class MessageFormatter;
+
+/// Changes how the integers inserted behind it are shown, until the next one.
+using MessageManipulator = MessageFormatter& (*)(MessageFormatter&);
+
+/// A finished text, on the heap only when it is long.
+using FormattedText = YBase::TextBuffer<1024>;
+
+/// Collects the arguments of a message and fills them into a template.
+///
+/// Arguments become text as they are inserted: a char is a character, a bool is "true" or "false", a
+/// floating-point number is the shortest text that reads back the same, a pointer is its address as
+/// `MessageFormat::WideHex` shows it, a null text is empty. Wide texts are turned into UTF-8.
+///
+/// Ownership: the texts are copied into storage of the formatter's own, on the heap only when they are long.
+///
+/// Threads: belongs to one.
+///
+/// Failure: inserting and formatting throw `std::bad_alloc`; the arguments inserted before then stay.
+class YRESOURCE_EXPORT MessageFormatter {
+ public:
+  enum class IntegerForm : unsigned char { DECIMAL, HEX, WIDE_HEX };
+
+  MessageFormatter() = default;
+
+  MessageFormatter& operator<<(const char* text);
+  MessageFormatter& operator<<(const wchar_t* text);
+  MessageFormatter& operator<<(std::string_view text);
+  MessageFormatter& operator<<(std::wstring_view text);
+  MessageFormatter& operator<<(char character);
+  MessageFormatter& operator<<(wchar_t character);
+  MessageFormatter& operator<<(bool value);
+  MessageFormatter& operator<<(float value);
+  MessageFormatter& operator<<(double value);
+  MessageFormatter& operator<<(long double value);
+  MessageFormatter& operator<<(const void* address);
+  MessageFormatter& operator<<(MessageManipulator manipulator) { return manipulator(*this); }
+
+  /// In hexadecimal a negative number is the two's complement of its own width.
+  template <std::integral Integer>
+  requires(sizeof(Integer) <= sizeof(long long)) MessageFormatter& operator<<(Integer value) {
+    using Unsigned = std::make_unsigned_t<Integer>;
+    const auto bits = static_cast<Unsigned>(value);
+    if constexpr (std::is_signed_v<Integer>) {
+      if (value < 0) return AddInteger(bits, static_cast<Unsigned>(Unsigned{0} - bits), true);
+    }
+    return AddInteger(bits, bits, false);
+  }
+
+  void SetIntegerForm(IntegerForm form) noexcept { mIntegerForm = form; }
+
+  /// Fills the arguments into the template and forgets them: the first stands for `%1`. A place without an
+  /// argument stays as written, and so do `%0` and a percent sign that begins nothing. How integers are
+  /// shown stays as it is.
+  YBase::ReturnString Format(const MessageTemplate& messageTemplate);
+
+  /// The same for a template's text, behind what `text` holds.
+  void Format(std::string_view messageTemplate, FormattedText& text);
+
+ private:
+  MessageFormatter& AddInteger(unsigned long long bits, unsigned long long magnitude, bool negative);
+  MessageFormatter& AddArgument(std::string_view text);
+
+  // Each argument is its length, as the bytes of a size, and its text.
+  YBase::TextBuffer<256> mArguments;
+  IntegerForm mIntegerForm = IntegerForm::DECIMAL;
+};
+
+/// An empty formatter.
+YRESOURCE_EXPORT MessageFormatter GetMessageFormatter();
+
+}  // namespace YResource

@@ -1,0 +1,115 @@
+#include "CatalogueFolder.h"
+
+#include <YBase/TextConversion.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "CatalogueFaults.h"
+#include "CatalogueReader.h"
+#include "FileText.h"
+#include "Place.h"
+
+namespace YResource {
+
+namespace {
+
+bool IsCatalogueName(const std::string& name) {
+  // What begins with a dot belongs to an editor or a version control system.
+  return name.ends_with(".json") && !name.starts_with('.');
+}
+
+std::vector<std::string> ListFiles(const std::string& folder, CatalogueFaults& faults) {
+  std::vector<std::string> paths;
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    if (IsCatalogueName(entry->path().filename().string())) paths.push_back(entry->path().string());
+  }
+  if (error) {
+    faults.Add(folder, "cannot be read: " + error.message());
+  } else if (paths.empty()) {
+    faults.Add(folder, "holds no catalogue");
+  }
+  // Faults come in the same order on every machine.
+  std::sort(paths.begin(), paths.end());
+  return paths;
+}
+
+std::optional<Catalogue> ReadFile(const std::string& path, CatalogueFaults& faults) {
+  std::string text;
+  if (!ReadFileText(path, text)) {
+    faults.Add(path, text);
+    return std::nullopt;
+  }
+  if (text.starts_with(YBase::UNICODE_BYTE_ORDER_MARK)) {
+    text.erase(0, std::string_view(YBase::UNICODE_BYTE_ORDER_MARK).size());
+  }
+  return CatalogueReader(path, text, faults).Read();
+}
+
+/// The neutral one first.
+bool GoesBefore(const Catalogue& left, const Catalogue& right) {
+  const bool leftIsNeutral = left.language == 0;
+  const bool rightIsNeutral = right.language == 0;
+  return leftIsNeutral != rightIsNeutral ? leftIsNeutral : left.path < right.path;
+}
+
+void CheckThatTheyBelongTogether(const std::vector<Catalogue>& catalogues, CatalogueFaults& faults) {
+  std::map<unsigned short, const Catalogue*> languages;
+  for (const Catalogue& catalogue : catalogues) {
+    const Catalogue& first = catalogues.front();
+    if (catalogue.name != first.name || catalogue.domain != first.domain) {
+      faults.Add(catalogue.path,
+                 "differs from " + first.path + " in name or domain; a folder holds one catalogue");
+    }
+    const auto [place, isNew] = languages.emplace(catalogue.language, &catalogue);
+    if (!isNew) faults.Add(catalogue.path, "is of the same language as " + place->second->path);
+  }
+}
+
+/// "%1 %3", or "none".
+std::string Describe(const std::set<std::size_t>& places) {
+  std::string text;
+  for (const std::size_t number : places) text += (text.empty() ? "%" : " %") + std::to_string(number);
+  return text.empty() ? "none" : text;
+}
+
+/// Arguments of a message are the same in every language: a place that is missing would lose one, a place too
+/// many would stay as written.
+void CheckPlaces(const std::vector<Catalogue>& catalogues, CatalogueFaults& faults) {
+  // The neutral catalogue is the first; what it lacks is compared with the first translation instead.
+  std::map<unsigned, std::pair<std::set<std::size_t>, const Catalogue*>> references;
+  for (const Catalogue& catalogue : catalogues) {
+    for (const CatalogueText& text : catalogue.texts) {
+      const std::set<std::size_t> places = FindPlaces(text.text);
+      const auto& [expected, reference] = references.try_emplace(text.id, places, &catalogue).first->second;
+      if (places == expected) continue;
+      faults.Add(catalogue.path, text.line,
+                 "the text of ID " + std::to_string(text.id) + " has the places " + Describe(places) +
+                     ", that in " + reference->path + " " + Describe(expected));
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<Catalogue> ReadCatalogueFolder(const std::string& folder, CatalogueFaults& faults) {
+  std::vector<Catalogue> catalogues;
+  for (const std::string& path : ListFiles(folder, faults)) {
+    if (auto catalogue = ReadFile(path, faults)) catalogues.push_back(std::move(*catalogue));
+  }
+  std::sort(catalogues.begin(), catalogues.end(), GoesBefore);
+  if (!catalogues.empty()) CheckThatTheyBelongTogether(catalogues, faults);
+  CheckPlaces(catalogues, faults);
+  return catalogues;
+}
+
+}  // namespace YResource

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <pthread.h>
+
+#include <atomic>
+
+#include <YBase/StrongPtr.h>
+#include <YSynch/Export.h>
+#include <YSynch/ForkSafeLock.h>
+#include <YSynch/LockStackCategory.h>
+#include <YSynch/ThreadAnnotations.h>
+
+namespace YSynch {
+
+class HeldLocks;
+
+/// A lock that the thread that holds it may take again; it is free when it was given back as often.
+///
+/// Threads: any. A fork waits until no other thread holds it; the child finds it as the forking thread
+/// left it.
+/// \pre A thread forks while holding one only where no other thread forks: the two would wait for each other.
+class YSYNCH_EXPORT YSYNCH_CAPABILITY("critical section") CriticalSection final : private ForkSafeLock {
+ public:
+  class SmartLock;
+
+  explicit CriticalSection(EnumORBLockStackCategory category) noexcept;
+  ~CriticalSection() override;
+
+  /// Waits without a bound.
+  void Lock() noexcept YSYNCH_ACQUIRE();
+  /// \pre The calling thread holds it.
+  void Unlock() noexcept YSYNCH_RELEASE();
+  bool TryLock() noexcept YSYNCH_TRY_ACQUIRE(true);
+
+  EnumORBLockStackCategory GetCategory() const noexcept { return mCategory; }
+
+ private:
+  bool TryLockForFork() noexcept override;
+  void LockForFork() noexcept override;
+  void UnlockAfterFork() noexcept override;
+  void UnlockInChild() noexcept override;
+
+  const EnumORBLockStackCategory mCategory;
+  pthread_mutex_t mMutex;
+  // Stands for the thread that holds it. Relaxed: a thread only ever asks whether it is itself the owner, and
+  // only it can have written that.
+  std::atomic<const HeldLocks*> mpOwner{nullptr};
+  unsigned mDepth = 0;
+};
+
+/// Holds a critical section from construction to `Unlock` or destruction.
+class YSYNCH_EXPORT YSYNCH_SCOPED_CAPABILITY CriticalSection::SmartLock {
+ public:
+  explicit SmartLock(CriticalSection& section) noexcept YSYNCH_ACQUIRE(section) : mpSection(&section) {
+    section.Lock();
+  }
+  ~SmartLock() YSYNCH_RELEASE() {
+    if (mpSection != nullptr) mpSection->Unlock();
+  }
+  SmartLock(const SmartLock&) = delete;
+  SmartLock& operator=(const SmartLock&) = delete;
+
+  /// Gives it back before the end of the scope. A second call does nothing.
+  void Unlock() noexcept YSYNCH_RELEASE() {
+    if (mpSection != nullptr) mpSection->Unlock();
+    mpSection = nullptr;
+  }
+
+ private:
+  CriticalSection* mpSection;
+};
+
+/// Failure: `std::bad_alloc`.
+YSYNCH_EXPORT YBase::StrongPtr<CriticalSection> CreateCriticalSection(EnumORBLockStackCategory category);
+
+}  // namespace YSynch

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <pthread.h>
+
+#include <YBase/StrongPtr.h>
+#include <YSynch/Export.h>
+#include <YSynch/ForkSafeLock.h>
+#include <YSynch/LockStackCategory.h>
+#include <YSynch/ThreadAnnotations.h>
+
+namespace YSynch {
+
+/// A lock that several threads may hold for reading, or one for writing.
+///
+/// Not re-entrant in either way. A waiting writer goes before readers that come later, so that a stream of
+/// readers cannot keep it out.
+///
+/// Threads: any. A fork waits until no thread holds it; the child finds it free.
+/// \pre The thread that forks does not itself hold it: it would wait for itself.
+class YSYNCH_EXPORT YSYNCH_CAPABILITY("read-write lock") RWLock final : private ForkSafeLock {
+ public:
+  class ReadSmartLock;
+  class WriteSmartLock;
+
+  explicit RWLock(EnumORBLockStackCategory category) noexcept;
+  ~RWLock() override;
+
+  void LockRead() noexcept YSYNCH_ACQUIRE_SHARED();
+  void UnlockRead() noexcept YSYNCH_RELEASE_SHARED();
+  void LockWrite() noexcept YSYNCH_ACQUIRE();
+  void UnlockWrite() noexcept YSYNCH_RELEASE();
+
+  EnumORBLockStackCategory GetCategory() const noexcept { return mCategory; }
+
+ private:
+  bool TryLockForFork() noexcept override;
+  void LockForFork() noexcept override;
+  void UnlockAfterFork() noexcept override;
+  void UnlockInChild() noexcept override;
+
+  const EnumORBLockStackCategory mCategory;
+  pthread_rwlock_t mLock;
+};
+
+/// Holds a lock for reading from construction to `Unlock` or destruction.
+class YSYNCH_EXPORT YSYNCH_SCOPED_CAPABILITY RWLock::ReadSmartLock {
+ public:
+  explicit ReadSmartLock(RWLock& lock) noexcept YSYNCH_ACQUIRE_SHARED(lock) : mpLock(&lock) {
+    lock.LockRead();
+  }
+  ~ReadSmartLock() YSYNCH_RELEASE_GENERIC() {
+    if (mpLock != nullptr) mpLock->UnlockRead();
+  }
+  ReadSmartLock(const ReadSmartLock&) = delete;
+  ReadSmartLock& operator=(const ReadSmartLock&) = delete;
+
+  /// Gives it back before the end of the scope. A second call does nothing.
+  void Unlock() noexcept YSYNCH_RELEASE_GENERIC() {
+    if (mpLock != nullptr) mpLock->UnlockRead();
+    mpLock = nullptr;
+  }
+
+ private:
+  RWLock* mpLock;
+};
+
+/// Holds a lock for writing from construction to `Unlock` or destruction.
+class YSYNCH_EXPORT YSYNCH_SCOPED_CAPABILITY RWLock::WriteSmartLock {
+ public:
+  explicit WriteSmartLock(RWLock& lock) noexcept YSYNCH_ACQUIRE(lock) : mpLock(&lock) { lock.LockWrite(); }
+  ~WriteSmartLock() YSYNCH_RELEASE() {
+    if (mpLock != nullptr) mpLock->UnlockWrite();
+  }
+  WriteSmartLock(const WriteSmartLock&) = delete;
+  WriteSmartLock& operator=(const WriteSmartLock&) = delete;
+
+  /// Gives it back before the end of the scope. A second call does nothing.
+  void Unlock() noexcept YSYNCH_RELEASE() {
+    if (mpLock != nullptr) mpLock->UnlockWrite();
+    mpLock = nullptr;
+  }
+
+ private:
+  RWLock* mpLock;
+};
+
+/// Failure: `std::bad_alloc`.
+YSYNCH_EXPORT YBase::StrongPtr<RWLock> CreateRWLock(EnumORBLockStackCategory category);
+
+}  // namespace YSynch

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <YBase/StrongPtr.h>
+#include <YSynch/Export.h>
+#include <YSynch/ThreadContext.h>
+
+namespace YSynch {
+
+/// A slot that holds one `ThreadContext` for each thread.
+///
+/// Ownership: the storage owns the contexts given to it. It disposes of each with `ThreadContext::Delete`,
+/// once: when its thread ends or when the storage is destroyed, whichever comes first. In a child of a fork
+/// the contexts of the parent's other threads are let be, because those threads may have been changing them.
+///
+/// Threads: each thread sees its own value. A thread must not use the storage while another destroys it, but
+/// it may end: its context may then be on its way out even a moment longer than the storage.
+///
+/// Reentrancy: `Delete` is called with no lock held, and finds the slot empty.
+class YSYNCH_EXPORT ThreadLocalStorage {
+ public:
+  ThreadLocalStorage(const ThreadLocalStorage&) = delete;
+  ThreadLocalStorage& operator=(const ThreadLocalStorage&) = delete;
+  virtual ~ThreadLocalStorage();
+
+  /// The calling thread's value, or null.
+  virtual ThreadContext* GetValue() const noexcept = 0;
+
+  /// Stores the calling thread's value; one that was there before is disposed of. Null empties the slot.
+  ///
+  /// Failure: `std::bad_alloc`; the value then still belongs to the caller.
+  virtual void SetValue(ThreadContext* context) = 0;
+
+ protected:
+  ThreadLocalStorage() = default;
+};
+
+/// Failure: `std::bad_alloc`; `std::system_error` when the system has no thread-specific key left.
+YSYNCH_EXPORT YBase::StrongPtr<ThreadLocalStorage> CreateThreadLocalStorage();
+
+}  // namespace YSynch

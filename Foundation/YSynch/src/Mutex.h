@@ -1,0 +1,41 @@
+#pragma once
+
+#include <pthread.h>
+
+#include <YSynch/ThreadAnnotations.h>
+
+#include "Check.h"
+
+namespace YSynch {
+
+/// A plain lock that is ready before any code has run and that nobody has to destroy: for what the locks of
+/// this library themselves stand on.
+class YSYNCH_CAPABILITY("mutex") Mutex {
+ public:
+  constexpr Mutex() noexcept = default;
+  Mutex(const Mutex&) = delete;
+  Mutex& operator=(const Mutex&) = delete;
+
+  void Lock() noexcept YSYNCH_ACQUIRE() { Check(pthread_mutex_lock(&mMutex)); }
+  void Unlock() noexcept YSYNCH_RELEASE() { Check(pthread_mutex_unlock(&mMutex)); }
+  /// Gives it back, sleeps until the condition is signalled, and takes it again.
+  void Wait(pthread_cond_t& condition) noexcept YSYNCH_REQUIRES(this) {
+    Check(pthread_cond_wait(&condition, &mMutex));
+  }
+
+ private:
+  pthread_mutex_t mMutex = PTHREAD_MUTEX_INITIALIZER;
+};
+
+class YSYNCH_SCOPED_CAPABILITY MutexLock {
+ public:
+  explicit MutexLock(Mutex& mutex) noexcept YSYNCH_ACQUIRE(mutex) : mMutex(mutex) { mMutex.Lock(); }
+  ~MutexLock() YSYNCH_RELEASE() { mMutex.Unlock(); }
+  MutexLock(const MutexLock&) = delete;
+  MutexLock& operator=(const MutexLock&) = delete;
+
+ private:
+  Mutex& mMutex;
+};
+
+}  // namespace YSynch

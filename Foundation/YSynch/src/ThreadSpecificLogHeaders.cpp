@@ -1,0 +1,93 @@
+#include <YSynch/ThreadSpecificLogHeaders.h>
+
+#include <utility>
+
+#include <YSynch/CriticalSection.h>
+
+#include "NeverDestroyed.h"
+
+namespace YSynch {
+namespace {
+
+/// One registered function. It is held by reference counts, so that taking it runs no code of the client's
+/// under the lock, and one that is replaced while it runs lives until it returns.
+template <class Function>
+class Callback {
+ public:
+  void Register(Function function) {
+    Replace(function ? std::make_shared<const Function>(std::move(function)) : nullptr);
+  }
+
+  void Deregister() noexcept { Replace(nullptr); }
+
+  std::shared_ptr<const Function> Take() const noexcept {
+    const CriticalSection::SmartLock lock(mLock);
+    return mpFunction;
+  }
+
+ private:
+  // By value: the old one is destroyed after the lock was given back.
+  void Replace(std::shared_ptr<const Function> function) noexcept {
+    const CriticalSection::SmartLock lock(mLock);
+    mpFunction.swap(function);
+  }
+
+  mutable CriticalSection mLock{LOCK_STACK_CATEGORY_CLASS};
+  std::shared_ptr<const Function> mpFunction YSYNCH_GUARDED_BY(mLock);
+};
+
+struct Callbacks {
+  Callback<ThreadSpecificLogHeadersGetter> mGetter;
+  Callback<ThreadSpecificLogHeadersSetter> mSetter;
+  Callback<ThreadSpecificLogHeadersUnsetter> mUnsetter;
+};
+
+Callbacks& Registered() noexcept {
+  static NeverDestroyed<Callbacks> callbacks;
+  return *callbacks;
+}
+
+// Made at load, because a local static that one thread is making while another forks stays half made in the
+// child.
+[[maybe_unused]] const Callbacks& gsMadeAtLoad = Registered();
+
+}  // namespace
+
+void RegisterThreadSpecificLogHeadersGetter(ThreadSpecificLogHeadersGetter getter) {
+  Registered().mGetter.Register(std::move(getter));
+}
+
+void RegisterThreadSpecificLogHeadersSetter(ThreadSpecificLogHeadersSetter setter) {
+  Registered().mSetter.Register(std::move(setter));
+}
+
+void RegisterThreadSpecificLogHeadersUnsetter(ThreadSpecificLogHeadersUnsetter unsetter) {
+  Registered().mUnsetter.Register(std::move(unsetter));
+}
+
+void DeregisterThreadSpecificLogHeadersGetter() noexcept {
+  Registered().mGetter.Deregister();
+}
+
+void DeregisterThreadSpecificLogHeadersSetter() noexcept {
+  Registered().mSetter.Deregister();
+}
+
+void DeregisterThreadSpecificLogHeadersUnsetter() noexcept {
+  Registered().mUnsetter.Deregister();
+}
+
+std::shared_ptr<YLog::ThreadSpecificLogHeaders> GetThreadSpecificLogHeaders() {
+  const auto getter = Registered().mGetter.Take();
+  return getter != nullptr ? (*getter)() : nullptr;
+}
+
+void SetThreadSpecificLogHeaders(YLog::ThreadSpecificLogHeaders* headers) {
+  if (const auto setter = Registered().mSetter.Take()) (*setter)(headers);
+}
+
+void UnsetThreadSpecificLogHeaders() {
+  if (const auto unsetter = Registered().mUnsetter.Take()) (*unsetter)();
+}
+
+}  // namespace YSynch

@@ -1,0 +1,103 @@
+#include "ThreadTables.h"
+
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <system_error>
+#include <utility>
+
+#include "IntrusiveList.h"
+#include "NeverDestroyed.h"
+
+namespace YSynch {
+namespace {
+
+// Made at load, because a local static that one thread is making while another forks stays half made in the
+// child.
+[[maybe_unused]] const ThreadTables& gsMadeAtLoad = ThreadTables::Get();
+
+}  // namespace
+
+constinit thread_local ThreadTables::Table* ThreadTables::spOwn = nullptr;
+
+ThreadTables& ThreadTables::Get() noexcept {
+  static NeverDestroyed<ThreadTables> tables;
+  return *tables;
+}
+
+ThreadTables::ThreadTables() noexcept : mLock(LOCK_STACK_CATEGORY_CLASS) {
+  Join();
+}
+
+std::size_t ThreadTables::TakeSlot() {
+  const CriticalSection::SmartLock lock(mLock);
+  if (!mbKeyExists) {
+    if (const int error = pthread_key_create(&mKey, EndOfThread)) {
+      throw std::system_error(error, std::generic_category(), "YSynch::CreateThreadLocalStorage");
+    }
+    mbKeyExists = true;
+  }
+  const auto free = std::find(mSlotsInUse.begin(), mSlotsInUse.end(), false);
+  const auto slot = static_cast<std::size_t>(free - mSlotsInUse.begin());
+  if (free == mSlotsInUse.end()) mSlotsInUse.push_back(false);
+  mSlotsInUse[slot] = true;
+  return slot;
+}
+
+void ThreadTables::GiveSlotBack(std::size_t slot) noexcept {
+  const CriticalSection::SmartLock lock(mLock);
+  mSlotsInUse[slot] = false;
+}
+
+ThreadContext*& ThreadTables::GetPlace(std::size_t slot) {
+  if (spOwn == nullptr || spOwn->mValues.size() <= slot) {
+    const CriticalSection::SmartLock lock(mLock);
+    if (spOwn == nullptr) CreateTable();
+    spOwn->mValues.resize(mSlotsInUse.size());
+  }
+  return spOwn->mValues[slot];
+}
+
+void ThreadTables::CreateTable() {
+  auto table = std::make_unique<Table>();
+  if (pthread_setspecific(mKey, table.get()) != 0) throw std::bad_alloc();
+  spOwn = table.release();
+  IntrusiveList::Add(&mpTables, *spOwn);
+}
+
+std::size_t ThreadTables::TakeValues(std::size_t slot, std::span<ThreadContext*> room) noexcept {
+  const CriticalSection::SmartLock lock(mLock);
+  std::size_t count = 0;
+  for (Table* table = mpTables; table != nullptr && count != room.size(); table = table->mpNext) {
+    if (table->mbAbandoned || table->mValues.size() <= slot || table->mValues[slot] == nullptr) continue;
+    room[count++] = std::exchange(table->mValues[slot], nullptr);
+  }
+  return count;
+}
+
+void ThreadTables::Remove(Table& table) noexcept {
+  const CriticalSection::SmartLock lock(mLock);
+  IntrusiveList::Remove(&mpTables, table);
+}
+
+/// The system calls this again, a few times, for threads that get themselves a new table in the end. A table
+/// made after the last of these calls stays, though what it holds goes with the storages.
+void ThreadTables::EndOfThread(void* own) noexcept {
+  // First, so that a context that logs on its way out is given a new table instead of this one.
+  spOwn = nullptr;
+  const std::unique_ptr<Table> table(static_cast<Table*>(own));
+  Get().Remove(*table);
+  for (ThreadContext* context : table->mValues) {
+    if (context != nullptr) context->Delete();
+  }
+}
+
+/// What the other threads were doing to their contexts they will never finish: the contexts may be half
+/// changed, so nobody touches them any more, not even to free them.
+void ThreadTables::AfterForkInChild() noexcept YSYNCH_NO_THREAD_SAFETY_ANALYSIS {
+  for (Table* table = mpTables; table != nullptr; table = table->mpNext) {
+    table->mbAbandoned = table->mbAbandoned || table != spOwn;
+  }
+}
+
+}  // namespace YSynch

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <pthread.h>
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include <YSynch/CriticalSection.h>
+#include <YSynch/ForkParticipant.h>
+#include <YSynch/ThreadContext.h>
+
+namespace YSynch {
+
+/// What all storages keep for all threads: each thread has a table, each storage a slot in all of them.
+///
+/// Threads: a thread reads and writes the values of its own table without a lock. Only the shape of a table
+/// changes under the lock, because a storage that is destroyed takes its values out of all of them.
+class ThreadTables final : private ForkParticipant {
+ public:
+  /// The one of the process, never destroyed.
+  static ThreadTables& Get() noexcept;
+
+  ThreadTables() noexcept;
+
+  /// Failure: `std::bad_alloc`; `std::system_error` when the system has no thread-specific key left.
+  std::size_t TakeSlot();
+  /// \pre No table holds a value there.
+  void GiveSlotBack(std::size_t slot) noexcept;
+
+  /// The calling thread's value, or null.
+  static ThreadContext* GetValue(std::size_t slot) noexcept {
+    const Table* own = spOwn;
+    return own != nullptr && slot < own->mValues.size() ? own->mValues[slot] : nullptr;
+  }
+
+  /// The place of the calling thread's value. Failure: `std::bad_alloc`.
+  ThreadContext*& GetPlace(std::size_t slot);
+
+  /// Takes values of all threads out of a slot, as many as there are and as fit, and tells how many.
+  std::size_t TakeValues(std::size_t slot, std::span<ThreadContext*> room) noexcept;
+
+ private:
+  struct Table {
+    std::vector<ThreadContext*> mValues;
+    // Its thread does not exist in this child of a fork.
+    bool mbAbandoned = false;
+    Table* mpPrevious = nullptr;
+    Table* mpNext = nullptr;
+  };
+
+  void CreateTable() YSYNCH_REQUIRES(mLock);
+  void Remove(Table& table) noexcept;
+  void AfterForkInChild() noexcept override;
+  static void EndOfThread(void* own) noexcept;
+
+  // Reached without a call, as `HeldLocks`.
+  [[gnu::tls_model("initial-exec")]] static constinit thread_local Table* spOwn;
+
+  CriticalSection mLock;
+  // Created with the first storage and kept for good: threads that end later still need it.
+  pthread_key_t mKey YSYNCH_GUARDED_BY(mLock){};
+  bool mbKeyExists YSYNCH_GUARDED_BY(mLock) = false;
+  std::vector<bool> mSlotsInUse YSYNCH_GUARDED_BY(mLock);
+  Table* mpTables YSYNCH_GUARDED_BY(mLock) = nullptr;
+};
+
+}  // namespace YSynch

@@ -1,0 +1,142 @@
+#include <YBase/ModuleMainPtr.h>
+
+#include <atomic>
+#include <barrier>
+#include <optional>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace {
+
+class Service {
+ public:
+  Service(const Service&) = delete;
+  Service& operator=(const Service&) = delete;
+  virtual int GetNumber() const = 0;
+
+ protected:
+  Service() = default;
+  ~Service() = default;
+};
+
+std::atomic<int> gsBuilt{0};
+std::atomic<int> gsAlive{0};
+bool gsFailing = false;
+
+class Service_Impl final : public Service {
+ public:
+  Service_Impl() : mNumber(++gsBuilt) {
+    if (gsFailing) throw std::runtime_error("cannot start");
+    ++gsAlive;
+  }
+  ~Service_Impl();
+  Service_Impl(const Service_Impl&) = delete;
+  Service_Impl& operator=(const Service_Impl&) = delete;
+
+  int GetNumber() const override { return mNumber; }
+
+ private:
+  const int mNumber;
+};
+
+constinit YBase::ModuleMainPtr<Service, Service_Impl> gsServicePtr;
+std::optional<Service*> gsSeenWhileDestroyed;
+
+Service_Impl::~Service_Impl() {
+  --gsAlive;
+  gsSeenWhileDestroyed = gsServicePtr.Get();
+}
+
+class ModuleMainPtr : public testing::Test {
+ protected:
+  ModuleMainPtr() {
+    gsBuilt = 0;
+    gsSeenWhileDestroyed.reset();
+  }
+};
+
+TEST_F(ModuleMainPtr, IsNullUntilTheFirstStart) {
+  EXPECT_EQ(gsServicePtr.Get(), nullptr);
+  gsServicePtr.Initialize();
+  EXPECT_NE(gsServicePtr.Get(), nullptr);
+  gsServicePtr.Finalize();
+  EXPECT_EQ(gsServicePtr.Get(), nullptr);
+}
+
+TEST_F(ModuleMainPtr, KeepsTheObjectUntilTheLastOfTwoUsersStops) {
+  gsServicePtr.Initialize();
+  const Service* const first = gsServicePtr.Get();
+  gsServicePtr.Initialize();
+  EXPECT_EQ(gsServicePtr.Get(), first);
+  EXPECT_EQ(gsBuilt, 1);
+  gsServicePtr.Finalize();
+  EXPECT_EQ(gsServicePtr->GetNumber(), 1);
+  gsServicePtr.Finalize();
+  EXPECT_EQ(gsAlive, 0);
+}
+
+TEST_F(ModuleMainPtr, BuildsAFreshObjectAfterAStop) {
+  gsServicePtr.Initialize();
+  gsServicePtr.Finalize();
+  gsServicePtr.Initialize();
+  EXPECT_EQ(gsServicePtr->GetNumber(), 2);
+  gsServicePtr.Finalize();
+}
+
+TEST_F(ModuleMainPtr, CountsNoStartWhenTheConstructorThrows) {
+  gsFailing = true;
+  EXPECT_THROW(gsServicePtr.Initialize(), std::runtime_error);
+  EXPECT_EQ(gsServicePtr.Get(), nullptr);
+  gsFailing = false;
+  gsServicePtr.Initialize();
+  EXPECT_EQ(gsServicePtr->GetNumber(), 2);
+  gsServicePtr.Finalize();
+  EXPECT_EQ(gsServicePtr.Get(), nullptr);
+}
+
+TEST_F(ModuleMainPtr, ThrowsOnUseWhileStopped) {
+  try {
+    gsServicePtr->GetNumber();
+    FAIL() << "used while stopped";
+  } catch (const YBase::ExceptionImpl<YBase::Message>& exception) {
+    EXPECT_STREQ(exception.what(), "YBase::ModuleMainPtr::operator->: no Initializer is alive");
+  }
+}
+
+TEST_F(ModuleMainPtr, IsNullAlreadyWhileTheObjectIsDestroyed) {
+  gsServicePtr.Initialize();
+  gsServicePtr.Finalize();
+  ASSERT_TRUE(gsSeenWhileDestroyed.has_value());
+  EXPECT_EQ(*gsSeenWhileDestroyed, nullptr);
+}
+
+TEST_F(ModuleMainPtr, RefusesAStopTooManyInDebugBuilds) {
+  EXPECT_DEBUG_DEATH(gsServicePtr.Finalize(), "mUserCount");
+  gsServicePtr.Initialize();
+  EXPECT_EQ(gsServicePtr->GetNumber(), 1);
+  gsServicePtr.Finalize();
+}
+
+TEST_F(ModuleMainPtr, BuildsOneObjectForThreadsThatStartAtOnce) {
+  constexpr int THREADS = 8;
+  constexpr int ROUNDS = 200;
+  std::barrier gate(THREADS);
+  std::atomic<int> several{0};
+  const auto startAndStop = [&] {
+    for (int round = 0; round < ROUNDS; ++round) {
+      gate.arrive_and_wait();
+      gsServicePtr.Initialize();
+      if (gsAlive != 1 || gsServicePtr->GetNumber() < 1) ++several;
+      gsServicePtr.Finalize();
+    }
+  };
+  std::vector<std::jthread> threads;
+  for (int i = 0; i < THREADS; ++i) threads.emplace_back(startAndStop);
+  threads.clear();
+  EXPECT_EQ(several, 0);
+  EXPECT_EQ(gsAlive, 0);
+  EXPECT_GE(gsBuilt, ROUNDS);
+}
+
+}  // namespace

@@ -1,0 +1,310 @@
+#include <YBase/ExceptionImpl.h>
+#include <YBase/Message.h>
+#include <YResource/FolderBundle.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "support/TemporaryDirectory.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+using YResource::OpenBundle;
+
+constexpr unsigned short GERMAN = 0x0007;
+constexpr unsigned short AUSTRIAN = 0x0C07;
+
+std::string MakeCatalogue(const std::string& locale, const std::string& texts) {
+  return "{\n\"domain\": 12,\n\"locale\": \"" + locale + "\",\n\"texts\": {\n" + texts + "}\n}\n";
+}
+
+class FolderBundle : public testing::Test {
+ protected:
+  void Write(const std::string& name, const std::string& content) {
+    std::ofstream(mFolder.Path() / name, std::ios::binary) << content;
+  }
+  void WriteCatalogue(const std::string& locale, const std::string& texts) {
+    Write("orders." + locale + ".json", MakeCatalogue(locale, texts));
+  }
+  void WriteNeutral(const std::string& texts) { Write("orders.json", MakeCatalogue("neutral", texts)); }
+
+  auto Open() { return OpenBundle(mFolder.Path().wstring().c_str()); }
+
+  /// What is wrong, without the folder in front of the names.
+  std::vector<std::string> Check() {
+    auto faults = YResource::CheckCatalogues(mFolder.Path().wstring().c_str());
+    for (std::string& fault : faults) {
+      const std::string prefix = mFolder.Path().string() + '/';
+      for (std::size_t at = 0; (at = fault.find(prefix)) != std::string::npos;)
+        fault.erase(at, prefix.size());
+    }
+    return faults;
+  }
+  std::vector<std::string> CheckContent(const std::string& content) {
+    Write("orders.json", content);
+    return Check();
+  }
+
+  Support::TemporaryDirectory mFolder;
+};
+
+TEST_F(FolderBundle, GivesTheTextsOfItsFiles) {
+  WriteNeutral(R"("1": "order %1", "0x0000012C": "full")");
+  WriteCatalogue("de", R"("1": "Auftrag %1")");
+  const auto bundle = Open();
+  EXPECT_EQ(bundle->GetDomain(), 12u);
+  EXPECT_EQ(bundle->GetString(1, GERMAN, "default"), "Auftrag %1");
+  EXPECT_EQ(bundle->GetMessageTemplate(1, 0, "default").GetText(), "order %1");
+  EXPECT_EQ(bundle->GetString(300, 0, "default"), "full") << "an ID in hexadecimal";
+}
+
+TEST_F(FolderBundle, FallsBackWhereALanguageIsHalfTranslated) {
+  WriteNeutral(R"("1": "January", "2": "order", "3": "item")");
+  WriteCatalogue("de", R"("1": "Januar", "2": "Auftrag", "3": "")");
+  WriteCatalogue("de-AT", R"("1": "J\u00E4nner")");
+  const auto bundle = Open();
+  EXPECT_EQ(bundle->GetString(1, AUSTRIAN, "default"), "J\xC3\xA4nner");
+  EXPECT_EQ(bundle->GetString(2, AUSTRIAN, "default"), "Auftrag");
+  EXPECT_EQ(bundle->GetString(3, AUSTRIAN, "default"), "item") << "empty is not translated";
+  EXPECT_EQ(bundle->GetString(4, AUSTRIAN, "default"), "default");
+  EXPECT_EQ(bundle->GetString(4, AUSTRIAN, nullptr), "12/4");
+}
+
+TEST_F(FolderBundle, FallsBackWhereALanguageOrTheNeutralFileIsMissing) {
+  WriteCatalogue("de", R"("1": "Auftrag")");
+  const auto bundle = Open();
+  EXPECT_EQ(bundle->GetString(1, AUSTRIAN, "default"), "Auftrag");
+  EXPECT_EQ(bundle->GetString(1, 0x040C, "default"), "default");
+}
+
+TEST_F(FolderBundle, ReadsSeveralCompleteLanguages) {
+  std::string neutral, german, french;
+  for (int id = 1; id <= 200; ++id) {
+    const std::string begin = (id > 1 ? ",\n\"" : "\"") + std::to_string(id) + "\": \"";
+    neutral += begin + "text %1\"";
+    german += begin + "Text %1\"";
+    french += begin + "texte %1\"";
+  }
+  WriteNeutral(neutral);
+  WriteCatalogue("de", german);
+  WriteCatalogue("fr", french);
+  const auto bundle = Open();
+  for (unsigned id = 1; id <= 200; ++id) {
+    ASSERT_EQ(bundle->GetString(id, 0, "default"), "text %1");
+    ASSERT_EQ(bundle->GetString(id, GERMAN, "default"), "Text %1");
+    ASSERT_EQ(bundle->GetString(id, 0x000C, "default"), "texte %1");
+  }
+}
+
+TEST_F(FolderBundle, TakesNoNoticeOfOtherFiles) {
+  WriteNeutral(R"("1": "order")");
+  Write("README", "not for machines");
+  Write("orders.json.bak", "{");
+  Write(".orders.json.swp.json", "{");
+  EXPECT_THAT(Check(), IsEmpty());
+}
+
+TEST_F(FolderBundle, ReadsAFileWithAByteOrderMark) {
+  Write("orders.json", "\xEF\xBB\xBF" + MakeCatalogue("neutral", R"("1": "order")"));
+  EXPECT_EQ(Open()->GetString(1, 0, "default"), "order");
+}
+
+TEST_F(FolderBundle, RefusesADamagedFolderAndLeavesWhatIsOpen) {
+  WriteNeutral(R"("1": "order")");
+  const auto open = Open();
+  WriteNeutral(R"("1": "ord)");
+  try {
+    Open();
+    FAIL() << "was taken";
+  } catch (const YBase::ExceptionImpl<YBase::Message>& exception) {
+    EXPECT_THAT(exception.what(),
+                StartsWith("YResource::OpenBundle: " + mFolder.Path().string() + "/orders.json:5: "));
+  }
+  EXPECT_EQ(open->GetString(1, 0, "default"), "order");
+}
+
+TEST_F(FolderBundle, ReportsAllFaultsOfAllFiles) {
+  WriteNeutral(R"("1": 1, "2": null)");
+  WriteCatalogue("de", R"("x": "")");
+  try {
+    Open();
+    FAIL() << "was taken";
+  } catch (const YBase::Message& message) {
+    const std::wstring text = message.GetMessage();
+    EXPECT_EQ(std::count(text.begin(), text.end(), L'\n'), 2);
+  }
+}
+
+TEST_F(FolderBundle, IsUnchangedByWhatHappensToItsFiles) {
+  WriteNeutral(R"("1": "order")");
+  const auto bundle = Open();
+  std::filesystem::remove_all(mFolder.Path() / "orders.json");
+  EXPECT_EQ(bundle->GetString(1, 0, "default"), "order");
+}
+
+TEST_F(FolderBundle, RefusesEveryFileThatIsCutOff) {
+  const std::string whole = MakeCatalogue("neutral", R"("1": "order %1", "2": "item")");
+  ASSERT_THAT(CheckContent(whole), IsEmpty());
+  // But for the line feed after the last brace.
+  for (std::size_t length = 0; length + 1 < whole.size(); ++length) {
+    ASSERT_THAT(CheckContent(whole.substr(0, length)), testing::SizeIs(1)) << length;
+  }
+}
+
+TEST_F(FolderBundle, RefusesWhatIsNotUtf8) {
+  EXPECT_THAT(CheckContent(MakeCatalogue("neutral", "\"1\": \"\xC3\"")),
+              ElementsAre("orders.json:5: is not UTF-8"));
+  EXPECT_THAT(CheckContent(MakeCatalogue("neutral", "\"1\": \"\xED\xA0\x80\"")),
+              ElementsAre("orders.json:5: is not UTF-8"));
+}
+
+TEST_F(FolderBundle, RefusesEscapesThatAreNoCharacters) {
+  const char* const reason = "orders.json:5: the text of ID 1 has an escape that is no character";
+  EXPECT_THAT(CheckContent(MakeCatalogue("neutral", R"("1": "a\u0000b")")), ElementsAre(reason));
+  EXPECT_THAT(CheckContent(MakeCatalogue("neutral", R"("1": "\udc00")")), ElementsAre(reason));
+  EXPECT_THAT(CheckContent(MakeCatalogue("neutral", R"("1": "\ud800")")), testing::SizeIs(1));
+  EXPECT_THAT(CheckContent(MakeCatalogue("neutral", R"("1": "\ud83d\ude00")")), IsEmpty());
+}
+
+TEST_F(FolderBundle, RefusesIdsThatAreThereTwice) {
+  EXPECT_THAT(CheckContent(MakeCatalogue("neutral", "\"1\": \"a\",\n\"1\": \"b\"")),
+              ElementsAre("orders.json:6: Duplicate key: '1'"));
+  EXPECT_THAT(CheckContent(MakeCatalogue("neutral", "\"0x1\": \"a\",\n\"1\": \"b\"")),
+              ElementsAre("orders.json:6: ID 1 is already in line 5"));
+}
+
+TEST_F(FolderBundle, RefusesWhatIsNoId) {
+  for (const std::string key : {"", "0", "01", "-1", "+1", " 1", "1 ", "1.0", "x", "0x", "0x0", "4294967296",
+                                "0x100000000", "1\\u0000", "99999999999999999999"}) {
+    ASSERT_THAT(CheckContent(MakeCatalogue("neutral", '"' + key + "\": \"text\"")),
+                ElementsAre(HasSubstr("is no ID")))
+        << key;
+  }
+  EXPECT_THAT(CheckContent(MakeCatalogue("neutral", R"("4294967295": "", "0xFFFFFFFE": "")")), IsEmpty());
+}
+
+TEST_F(FolderBundle, RefusesWrongTypes) {
+  EXPECT_THAT(CheckContent("[]"), ElementsAre("orders.json:1: is no object"));
+  EXPECT_THAT(
+      CheckContent("{\"domain\": \"12\",\n \"locale\": 7,\n \"texts\": []}"),
+      ElementsAre("orders.json:1: the domain must be a number from 1 to 4294967295",
+                  "orders.json:2: the locale must be a text", "orders.json:3: the texts must be an object"));
+  EXPECT_THAT(CheckContent(MakeCatalogue("neutral", R"("1": {"text": "order"})")),
+              ElementsAre("orders.json:5: the text of ID 1 is no text"));
+}
+
+TEST_F(FolderBundle, RefusesDomainsThatAreNone) {
+  for (const std::string domain :
+       {"0", "-1", "1.5", "12.0", "4294967296", "18446744073709551616", "true", "null"}) {
+    ASSERT_THAT(CheckContent("{\"domain\": " + domain + ", \"locale\": \"neutral\", \"texts\": {}}"),
+                ElementsAre("orders.json:1: the domain must be a number from 1 to 4294967295"))
+        << domain;
+  }
+}
+
+TEST_F(FolderBundle, RefusesMissingAndUnknownMembers) {
+  EXPECT_THAT(CheckContent("{}"), ElementsAre("orders.json: has no 'domain'", "orders.json: has no 'locale'",
+                                              "orders.json: has no 'texts'"));
+  EXPECT_THAT(CheckContent("{\"domain\": 12, \"locale\": \"neutral\", \"texts\": {},\n\"text\": 1}"),
+              ElementsAre("orders.json:2: unknown member 'text'"));
+}
+
+TEST_F(FolderBundle, RefusesWhatIsNotStrictJson) {
+  const std::string sound = MakeCatalogue("neutral", R"("1": "order")");
+  EXPECT_THAT(CheckContent(sound + "x"), testing::SizeIs(1));
+  EXPECT_THAT(CheckContent("// comment\n" + sound), testing::SizeIs(1));
+  EXPECT_THAT(CheckContent(MakeCatalogue("neutral", R"("1": "order",)")), testing::SizeIs(1));
+  EXPECT_THAT(CheckContent(MakeCatalogue("neutral", R"('1': 'order')")), testing::SizeIs(1));
+}
+
+TEST_F(FolderBundle, RefusesWhatIsNestedDeeplyWithoutFallingIn) {
+  EXPECT_THAT(CheckContent(std::string(1'000'000, '[')), ElementsAre("orders.json: is nested too deeply"));
+  EXPECT_THAT(CheckContent(MakeCatalogue("neutral", "\"1\": " + std::string(100'000, '['))),
+              ElementsAre("orders.json: is nested too deeply"));
+}
+
+TEST_F(FolderBundle, RefusesALocaleThatIsNotThatOfTheFilesName) {
+  Write("orders.de.json", MakeCatalogue("fr", ""));
+  EXPECT_THAT(Check(), ElementsAre("orders.de.json:3: the locale is 'fr', that of the file's name 'de'"));
+}
+
+TEST_F(FolderBundle, RefusesALocaleWithoutALanguageOfItsOwn) {
+  WriteCatalogue("en-DE", "");
+  WriteCatalogue("klingon", "");
+  EXPECT_THAT(Check(), ElementsAre("orders.en-DE.json:3: the locale 'en-DE' has no language identifier",
+                                   "orders.klingon.json:3: the locale 'klingon' has no language identifier"));
+}
+
+TEST_F(FolderBundle, RefusesFilesThatDoNotBelongTogether) {
+  WriteNeutral("");
+  Write("billing.de.json", MakeCatalogue("de", ""));
+  Write("orders.fr.json", R"({"domain": 13, "locale": "fr", "texts": {}})");
+  EXPECT_THAT(Check(), ElementsAre("billing.de.json: differs from orders.json in name or domain; "
+                                   "a folder holds one catalogue",
+                                   "orders.fr.json: differs from orders.json in name or domain; "
+                                   "a folder holds one catalogue"));
+}
+
+TEST_F(FolderBundle, RefusesTwoFilesOfOneLanguage) {
+  WriteCatalogue("de-AT", "");
+  WriteCatalogue("de-at", "");
+  EXPECT_THAT(Check(), ElementsAre("orders.de-at.json: is of the same language as orders.de-AT.json"));
+}
+
+TEST_F(FolderBundle, RefusesTranslationsWithOtherPlaces) {
+  WriteNeutral(R"("1": "%1 of %2", "2": "100 %% of %1", "3": "none")");
+  WriteCatalogue("de", "\"1\": \"%2 von\",\n\"2\": \"%1 zu 100 %%, %1\",\n\"3\": \"%1\"");
+  EXPECT_THAT(Check(),
+              ElementsAre("orders.de.json:5: the text of ID 1 has the places %2, that in orders.json %1 %2",
+                          "orders.de.json:7: the text of ID 3 has the places %1, that in orders.json none"));
+}
+
+TEST_F(FolderBundle, ComparesTranslationsWithEachOtherWithoutANeutralText) {
+  WriteCatalogue("de", R"("1": "Auftrag %1")");
+  WriteCatalogue("fr", R"("1": "commande")");
+  EXPECT_THAT(
+      Check(),
+      ElementsAre("orders.fr.json:5: the text of ID 1 has the places none, that in orders.de.json %1"));
+}
+
+TEST_F(FolderBundle, RefusesWhatIsNoRegularFileWithoutWaiting) {
+  WriteNeutral("");
+  std::filesystem::create_directory(mFolder.Path() / "orders.de.json");
+  ASSERT_EQ(::mkfifo((mFolder.Path() / "orders.fr.json").c_str(), 0600), 0);
+  std::filesystem::create_symlink("nowhere", mFolder.Path() / "orders.it.json");
+  EXPECT_THAT(Check(), ElementsAre("orders.de.json: is no regular file", "orders.fr.json: is no regular file",
+                                   HasSubstr("orders.it.json: cannot be read: ")));
+}
+
+TEST_F(FolderBundle, RefusesAFileOfAbsurdSize) {
+  Write("orders.json", "");
+  std::filesystem::resize_file(mFolder.Path() / "orders.json", std::uintmax_t{1} << 40);
+  EXPECT_THAT(Check(), ElementsAre("orders.json: is larger than 64 MiB"));
+}
+
+TEST_F(FolderBundle, RefusesAFolderWithoutACatalogue) {
+  EXPECT_THAT(Check(), ElementsAre(mFolder.Path().string() + ": holds no catalogue"));
+  EXPECT_THROW(OpenBundle(mFolder.Wide("missing").c_str()), YBase::ExceptionImpl<YBase::Message>);
+}
+
+TEST_F(FolderBundle, ReadsAFolderWhoseNameIsNotAscii) {
+  const std::filesystem::path folder = mFolder.Path() / "gr\xC3\xBC\xC3\x9F";
+  std::filesystem::create_directory(folder);
+  std::ofstream(folder / "orders.json") << MakeCatalogue("neutral", R"("1": "order")");
+  const std::wstring name = mFolder.Path().wstring() + L"/gr\u00FC\u00DF";
+  EXPECT_EQ(OpenBundle(name.c_str())->GetString(1, 0, "default"), "order");
+}
+
+TEST_F(FolderBundle, RefusesNull) {
+  EXPECT_DEBUG_DEATH(EXPECT_THROW(OpenBundle(nullptr), YBase::ExceptionImpl<YBase::Message>), "folder");
+}
+
+}  // namespace

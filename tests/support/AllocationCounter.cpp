@@ -1,0 +1,86 @@
+#include "support/AllocationCounter.h"
+
+#include <cstddef>
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+namespace Support {
+
+namespace {
+
+constexpr unsigned long NEVER = std::numeric_limits<unsigned long>::max();
+
+constinit thread_local unsigned long gsAllocationCount = 0;
+constinit thread_local unsigned long gsFailingAllocation = NEVER;
+
+void CountAllocation() {
+  if (gsAllocationCount++ != gsFailingAllocation) return;
+  gsFailingAllocation = NEVER;
+  throw std::bad_alloc();
+}
+
+}  // namespace
+
+unsigned long GetAllocationCount() noexcept {
+  return gsAllocationCount;
+}
+
+AllocationFailure::AllocationFailure(unsigned long successes) noexcept {
+  gsFailingAllocation = gsAllocationCount + successes;
+}
+
+AllocationFailure::~AllocationFailure() {
+  gsFailingAllocation = NEVER;
+}
+
+}  // namespace Support
+
+// Those that do not throw call these. Those for arrays would, too, but not where a sanitizer replaces them.
+
+void* operator new(std::size_t size) {
+  Support::CountAllocation();
+  void* const memory = std::malloc(size != 0 ? size : 1);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+void* operator new(std::size_t size, std::align_val_t alignment) {
+  Support::CountAllocation();
+  const auto boundary = static_cast<std::size_t>(alignment);
+  void* const memory = std::aligned_alloc(boundary, (size + boundary - 1) / boundary * boundary);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+void* operator new[](std::size_t size) {
+  return ::operator new(size);
+}
+void* operator new[](std::size_t size, std::align_val_t alignment) {
+  return ::operator new(size, alignment);
+}
+
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::align_val_t) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::align_val_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept {
+  std::free(memory);
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+
+#include <YBase/SmartPtrI.h>
+#include <YLog/ConfigurationHook.h>
+#include <YLog/Dispatcher.h>
+#include <YLog/Logger.h>
+#include <YSynch/AtomicLong.h>
+#include <YSynch/ReferenceCountedImpl.h>
+
+namespace Support {
+
+/// A client's hook that does what the test wants. Threads: as the functions.
+class ConfigurableHook final : public YLog::ConfigurationHook,
+                               public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
+ public:
+  using OnDispatcher = std::function<void(YBase::SmartPtrI<YLog::Dispatcher>&, YLog::Logger&)>;
+  using OnLogger = std::function<void(YLog::Logger&)>;
+
+  explicit ConfigurableHook(OnDispatcher onDispatcher = nullptr, OnLogger onLogger = nullptr)
+      : mOnDispatcher(std::move(onDispatcher)), mOnLogger(std::move(onLogger)) {}
+
+  void ConfigureLogger(YLog::Logger& logger) override {
+    if (mOnLogger) mOnLogger(logger);
+  }
+  void ConfigureDispatcher(YBase::SmartPtrI<YLog::Dispatcher>& dispatcher, YLog::Logger& logger) override {
+    if (mOnDispatcher) mOnDispatcher(dispatcher, logger);
+  }
+
+ private:
+  ~ConfigurableHook() override = default;
+
+  const OnDispatcher mOnDispatcher;
+  const OnLogger mOnLogger;
+};
+
+}  // namespace Support

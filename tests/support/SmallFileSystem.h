@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+
+namespace Support {
+
+/// Runs `work`, which may use expectations, in a child process in which a file system of so many bytes, and
+/// no more, is mounted on an empty folder. Nobody else sees it, and it is gone with the child. Where it
+/// cannot be mounted, or an expectation of `work` fails, the calling test fails.
+void RunOnSmallFileSystem(const std::filesystem::path& folder, std::size_t bytes,
+                          const std::function<void()>& work);
+
+}  // namespace Support
