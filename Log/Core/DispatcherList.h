@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include <YBase/SmartPtrI.h>
+#include <YLog/Dispatcher.h>
+
+namespace YLog {
+
+/// The dispatchers of a logger, each known outside by a cookie made of its place. Places stay what they are:
+/// dispatchers are added at the end and replaced, never removed. None is null.
+///
+/// Threads: like any value.
+class DispatcherList {
+ public:
+  static constexpr std::size_t MAX_COUNT = 0x10000;
+
+  static constexpr unsigned short ToCookie(std::size_t index) noexcept {
+    return static_cast<unsigned short>(index ^ COOKIE_MASK);
+  }
+  static constexpr std::size_t ToIndex(unsigned short cookie) noexcept { return cookie ^ COOKIE_MASK; }
+
+  std::size_t GetCount() const noexcept { return mDispatchers.size(); }
+  /// Null past the end.
+  YBase::SmartPtrI<Dispatcher> Get(std::size_t index) const;
+  bool Contains(const Dispatcher& dispatcher) const noexcept;
+  /// The place of the first dispatcher of that name; the count where there is none.
+  std::size_t FindName(const char* name) const;
+
+  /// Returns the new dispatcher's place.
+  ///
+  /// Failure: when there are as many dispatchers as cookies, throws `YBase::ExceptionImpl<YBase::Message>`.
+  std::size_t Add(YBase::SmartPtrI<Dispatcher> dispatcher);
+  /// Puts a dispatcher into the place of another, which is returned. \pre `index` is below the count.
+  YBase::SmartPtrI<Dispatcher> Replace(std::size_t index, YBase::SmartPtrI<Dispatcher> dispatcher) noexcept;
+
+ private:
+  static constexpr std::size_t COOKIE_MASK = 0xDAFF;
+
+  std::vector<YBase::SmartPtrI<Dispatcher>> mDispatchers;
+};
+
+}  // namespace YLog

@@ -1,0 +1,92 @@
+#include "Core/Dispatcher_Impl.h"
+
+#include <utility>
+
+#include <YLog/Logger.h>
+#include <YLog/MessageHeader.h>
+
+#include "Core/MessageUnderWay.h"
+#include "Core/NotNull.h"
+#include "ModuleMain.h"
+
+namespace YLog {
+
+Dispatcher::~Dispatcher() = default;
+Dispatcher::Callback::~Callback() = default;
+
+YBase::SmartPtrI<Dispatcher> CreateDispatcher(const char* name) {
+  return YBase::SmartPtrI<Dispatcher>(new Dispatcher_Impl(name));
+}
+
+Dispatcher_Impl::Dispatcher_Impl(const char* name)
+    : mpLock(YSynch::CreateRWLock(YSynch::LOCK_STACK_CATEGORY_OBJECT)), mName(NotNull(name)) {}
+
+void Dispatcher_Impl::LogMessage(const Logger& logger, const char* text, unsigned messageID,
+                                 const char* fileName, const char* funcName, int lineNumber) const {
+  text = NotNull(text);
+  // One look under the lock serves for the question whether there is a destination, and for the list.
+  const YBase::SmartPtrI<const DestinationList> destinations = GetDestinations();
+  if (!destinations) return;
+  const MessageUnderWay message;
+  hFillMessageHeader(message.GetHeader(), logger.GetName(), messageID, fileName, funcName, lineNumber);
+  destinations->LogMessage(text, message.GetHeader());
+}
+
+void Dispatcher_Impl::hFillMessageHeader(MessageHeader& header, const char* loggerName, unsigned messageID,
+                                         const char* fileName, const char* funcName, int lineNumber) const {
+  header.SetTimestampToNowLocal();
+  header.SetLoggerName(loggerName);
+  header.SetDispatcherName(GetName());
+  header.SetFileName(fileName);
+  header.SetFuncName(funcName);
+  header.SetLineNumber(lineNumber);
+  header.SetMessageID(messageID);
+  gModuleMainPtr->CopyServerInstanceNameTo(header);
+}
+
+void Dispatcher_Impl::SetDestinations(const YDataType::ObjectCollection<Destination>& destinations) {
+  YBase::SmartPtrI<const DestinationList> list;
+  if (destinations.GetCount() > 0) {
+    list = YBase::SmartPtrI<const DestinationList>(new DestinationList(destinations));
+  }
+  {
+    const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+    std::swap(mpDestinations, list);
+  }
+  // What was replaced is released last of all, when the callbacks have heard and no lock is held.
+  GetCallbacks().ForEach([this](Callback& callback) { callback.DispatcherChanged(*this); });
+}
+
+void Dispatcher_Impl::RegisterCallback(Callback* callback) {
+  // Declared before the lock, here and below, so that it is released after the lock was given back: a
+  // destructor of the client's may run then.
+  YBase::SmartPtrI<Callback> added(callback);
+  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  mCallbacks.Add(added);
+}
+
+void Dispatcher_Impl::UnregisterCallback(const Callback* callback) noexcept {
+  CallbackSet<Callback>::Removed removed;
+  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  removed = mCallbacks.Remove(callback);
+}
+
+void Dispatcher_Impl::GetMessageTextJSON(const Logger& logger, const char* /*text*/, unsigned messageID,
+                                         const char* fileName, const char* funcName, int lineNumber,
+                                         std::string& out) const {
+  const MessageUnderWay message;
+  hFillMessageHeader(message.GetHeader(), logger.GetName(), messageID, fileName, funcName, lineNumber);
+  out = message.GetHeader().ToJsonString();
+}
+
+YBase::SmartPtrI<const DestinationList> Dispatcher_Impl::GetDestinations() const {
+  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  return mpDestinations;
+}
+
+CallbackSet<Dispatcher::Callback> Dispatcher_Impl::GetCallbacks() const {
+  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  return mCallbacks;
+}
+
+}  // namespace YLog

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string>
+
+#include <YBase/SmartPtrI.h>
+#include <YBase/StrongPtr.h>
+#include <YLog/Dispatcher.h>
+#include <YSynch/AtomicLong.h>
+#include <YSynch/RWLock.h>
+#include <YSynch/ReferenceCountedImpl.h>
+
+#include "Core/CallbackSet.h"
+#include "Core/DestinationList.h"
+
+namespace YLog {
+
+class MessageHeader;
+
+class Dispatcher_Impl final : public Dispatcher, public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
+ public:
+  explicit Dispatcher_Impl(const char* name);
+
+  const char* GetName() const override { return mName.c_str(); }
+  bool IsEnabled() const override { return static_cast<bool>(GetDestinations()); }
+  void LogMessage(const Logger& logger, const char* text, unsigned messageID, const char* fileName,
+                  const char* funcName, int lineNumber) const override;
+  void SetDestinations(const YDataType::ObjectCollection<Destination>& destinations) override;
+  void RegisterCallback(Callback* callback) override;
+  void UnregisterCallback(const Callback* callback) noexcept override;
+  void GetMessageTextJSON(const Logger& logger, const char* text, unsigned messageID, const char* fileName,
+                          const char* funcName, int lineNumber, std::string& out) const override;
+
+ private:
+  ~Dispatcher_Impl() override = default;
+
+  void hFillMessageHeader(MessageHeader& header, const char* loggerName, unsigned messageID,
+                          const char* fileName, const char* funcName, int lineNumber) const;
+
+  YBase::SmartPtrI<const DestinationList> GetDestinations() const;
+  CallbackSet<Callback> GetCallbacks() const;
+
+  const YBase::StrongPtr<YSynch::RWLock> mpLock;
+  const std::string mName;
+  // Null stands for a list without destinations.
+  YBase::SmartPtrI<const DestinationList> mpDestinations YSYNCH_GUARDED_BY(*mpLock);
+  CallbackSet<Callback> mCallbacks YSYNCH_GUARDED_BY(*mpLock);
+};
+
+}  // namespace YLog

@@ -1,0 +1,178 @@
+#include "Core/Logger_Impl.h"
+
+#include <utility>
+
+#include <YLog/ConfigurationHook.h>
+
+#include "Core/BackPointer.h"
+#include "Core/NotNull.h"
+#include "ModuleMain.h"
+
+namespace YLog {
+
+Logger::~Logger() = default;
+Logger::Callback::~Callback() = default;
+
+/// What the dispatchers hold instead of the logger, which holds them: no circle of references arises. It
+/// outlives the logger where a dispatcher does.
+class Logger_Impl::CallbackProxy final : public Dispatcher::Callback,
+                                         public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
+ public:
+  void SetOwner(Logger_Impl* owner) noexcept { mOwner.Set(owner); }
+
+  void DispatcherChanged(Dispatcher& dispatcher) override {
+    if (const YBase::SmartPtrI<Logger_Impl> owner = mOwner.Get()) owner->DispatcherChanged(dispatcher);
+  }
+
+ private:
+  ~CallbackProxy() override = default;
+
+  BackPointer<Logger_Impl> mOwner;
+};
+
+Logger_Impl::Logger_Impl(const char* name, YSynch::EnumORBLockStackCategory category)
+    : mpCallbackProxy(new CallbackProxy), mpLock(YSynch::CreateRWLock(category)), mName(NotNull(name)) {
+  mpCallbackProxy->SetOwner(this);
+}
+
+Logger_Impl::~Logger_Impl() = default;
+
+void Logger_Impl::ReferenceCountIsAboutToReachZero() const {
+  mpCallbackProxy->SetOwner(nullptr);
+  for (std::size_t index = 0; const auto dispatcher = GetDispatcherAt(index); ++index) {
+    dispatcher->UnregisterCallback(mpCallbackProxy.Get());
+  }
+}
+
+void Logger_Impl::SetResourceBundle(YResource::Bundle* bundle) {
+  // Declared before the lock, here and below, so that what is released is released after the lock was given
+  // back: a destructor of the client's may run then.
+  YBase::SmartPtrI<YResource::Bundle> replaced(bundle);
+  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  std::swap(mpResourceBundle, replaced);
+}
+
+YBase::SmartPtrI<YResource::Bundle> Logger_Impl::GetResourceBundle() const {
+  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  return mpResourceBundle;
+}
+
+void Logger_Impl::LogMessage(unsigned short cookie, const char* text, unsigned messageID,
+                             const char* fileName, const char* funcName, int lineNumber) const {
+  const YBase::SmartPtrI<Dispatcher> dispatcher = GetDispatcher(cookie);
+  if (dispatcher) dispatcher->LogMessage(*this, text, messageID, fileName, funcName, lineNumber);
+}
+
+void Logger_Impl::GetMessageTextJSON(unsigned short cookie, const char* text, unsigned messageID,
+                                     const char* fileName, const char* funcName, int lineNumber,
+                                     std::string& out) const {
+  const YBase::SmartPtrI<Dispatcher> dispatcher = GetDispatcher(cookie);
+  if (dispatcher) {
+    dispatcher->GetMessageTextJSON(*this, text, messageID, fileName, funcName, lineNumber, out);
+  }
+}
+
+void Logger_Impl::RegisterCallback(Callback* callback) {
+  YBase::SmartPtrI<Callback> added(callback);
+  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  mCallbacks.Add(added);
+}
+
+void Logger_Impl::UnregisterCallback(const Callback* callback) noexcept {
+  CallbackSet<Callback>::Removed removed;
+  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  removed = mCallbacks.Remove(callback);
+}
+
+unsigned short Logger_Impl::ObtainCookie(const char* dispatcherName) {
+  dispatcherName = NotNull(dispatcherName);
+  const DispatcherList dispatchers = GetDispatchers();
+  const std::size_t index = dispatchers.FindName(dispatcherName);
+  if (index < dispatchers.GetCount()) return DispatcherList::ToCookie(index);
+
+  YBase::SmartPtrI<Dispatcher> dispatcher = CreateDispatcher(dispatcherName);
+  const YBase::SmartPtrI<ConfigurationHook> hook = gModuleMainPtr->GetConfigurationHook();
+  if (hook) dispatcher = Configure(dispatcher, *hook);
+  return AddDispatcher(dispatcher);
+}
+
+YBase::SmartPtrI<Dispatcher> Logger_Impl::GetDispatcher(unsigned short cookie) const {
+  return GetDispatcherAt(DispatcherList::ToIndex(cookie));
+}
+
+void Logger_Impl::RefreshConfiguration(ConfigurationHook& hook) {
+  for (std::size_t index = 0; const auto dispatcher = GetDispatcherAt(index); ++index) {
+    const YBase::SmartPtrI<Dispatcher> configured = Configure(dispatcher, hook);
+    if (configured.Get() != dispatcher.Get()) ReplaceDispatcher(index, configured);
+  }
+}
+
+YBase::SmartPtrI<Dispatcher> Logger_Impl::Configure(const YBase::SmartPtrI<Dispatcher>& dispatcher,
+                                                    ConfigurationHook& hook) {
+  YBase::SmartPtrI<Dispatcher> configured = dispatcher;
+  hook.ConfigureDispatcher(configured, *this);
+  return configured ? configured : dispatcher;
+}
+
+unsigned short Logger_Impl::AddDispatcher(const YBase::SmartPtrI<Dispatcher>& dispatcher) {
+  dispatcher->RegisterCallback(mpCallbackProxy.Get());
+  try {
+    const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+    return DispatcherList::ToCookie(mDispatchers.Add(dispatcher));
+  } catch (...) {
+    StopListeningTo(*dispatcher);
+    throw;
+  }
+}
+
+void Logger_Impl::ReplaceDispatcher(std::size_t index, const YBase::SmartPtrI<Dispatcher>& dispatcher) {
+  // Before it can be found in the list, so that no change is missed.
+  dispatcher->RegisterCallback(mpCallbackProxy.Get());
+  // Not always the one that was shown to the hook: another thread may have been refreshing, too.
+  YBase::SmartPtrI<Dispatcher> replaced;
+  {
+    const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+    replaced = mDispatchers.Replace(index, dispatcher);
+  }
+  StopListeningTo(*replaced);
+  NotifySubscribersThatDispatcherChanged(DispatcherList::ToCookie(index));
+}
+
+void Logger_Impl::StopListeningTo(Dispatcher& dispatcher) const {
+  if (!GetDispatchers().Contains(dispatcher)) dispatcher.UnregisterCallback(mpCallbackProxy.Get());
+}
+
+void Logger_Impl::DispatcherChanged(const Dispatcher& dispatcher) const {
+  const DispatcherList dispatchers = GetDispatchers();
+  bool known = false;
+  // A hook may have put one dispatcher into several places.
+  for (std::size_t index = 0; index < dispatchers.GetCount(); ++index) {
+    if (dispatchers.Get(index).Get() != &dispatcher) continue;
+    known = true;
+    NotifySubscribersThatDispatcherChanged(DispatcherList::ToCookie(index));
+  }
+  if (known) return;
+  const std::size_t index = dispatchers.FindName(dispatcher.GetName());
+  NotifySubscribersThatDispatcherChanged(DispatcherList::ToCookie(index));
+}
+
+void Logger_Impl::NotifySubscribersThatDispatcherChanged(unsigned short cookie) const {
+  GetCallbacks().ForEach([cookie](Callback& callback) { callback.DispatcherChanged(cookie); });
+}
+
+YBase::SmartPtrI<Dispatcher> Logger_Impl::GetDispatcherAt(std::size_t index) const {
+  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  return mDispatchers.Get(index);
+}
+
+DispatcherList Logger_Impl::GetDispatchers() const {
+  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  return mDispatchers;
+}
+
+CallbackSet<Logger::Callback> Logger_Impl::GetCallbacks() const {
+  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  return mCallbacks;
+}
+
+}  // namespace YLog

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include <YBase/SmartPtrI.h>
+#include <YBase/StrongPtr.h>
+#include <YLog/Logger.h>
+#include <YSynch/AtomicLong.h>
+#include <YSynch/RWLock.h>
+#include <YSynch/ReferenceCountedImpl.h>
+
+#include "Core/CallbackSet.h"
+#include "Core/DispatcherList.h"
+
+namespace YLog {
+
+/// Its dispatchers, some of them perhaps the client's own, are only called with no lock held.
+class Logger_Impl final : public Logger,
+                          public Logger::DispatcherCollection,
+                          public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
+ public:
+  Logger_Impl(const char* name, YSynch::EnumORBLockStackCategory category);
+
+  const char* GetName() const override { return mName.c_str(); }
+  void SetResourceBundle(YResource::Bundle* bundle) override;
+  YBase::SmartPtrI<YResource::Bundle> GetResourceBundle() const override;
+  void RefreshConfiguration(ConfigurationHook& hook) override;
+  void LogMessage(unsigned short cookie, const char* text, unsigned messageID, const char* fileName,
+                  const char* funcName, int lineNumber) const override;
+  Logger::DispatcherCollection& Dispatchers() override { return *this; }
+  void RegisterCallback(Callback* callback) override;
+  void UnregisterCallback(const Callback* callback) noexcept override;
+  void GetMessageTextJSON(unsigned short cookie, const char* text, unsigned messageID, const char* fileName,
+                          const char* funcName, int lineNumber, std::string& out) const override;
+
+  unsigned short ObtainCookie(const char* dispatcherName) override;
+  YBase::SmartPtrI<Dispatcher> GetDispatcher(unsigned short cookie) const override;
+
+ private:
+  class CallbackProxy;
+
+  ~Logger_Impl() override;
+  void ReferenceCountIsAboutToReachZero() const override;
+
+  /// Shows a dispatcher to the hook, and returns it or what the hook put in its place.
+  YBase::SmartPtrI<Dispatcher> Configure(const YBase::SmartPtrI<Dispatcher>& dispatcher,
+                                         ConfigurationHook& hook);
+  unsigned short AddDispatcher(const YBase::SmartPtrI<Dispatcher>& dispatcher);
+  void ReplaceDispatcher(std::size_t index, const YBase::SmartPtrI<Dispatcher>& dispatcher);
+  /// Unless the dispatcher stands in the list, too, at this or another place.
+  void StopListeningTo(Dispatcher& dispatcher) const;
+
+  void DispatcherChanged(const Dispatcher& dispatcher) const;
+  void NotifySubscribersThatDispatcherChanged(unsigned short cookie) const;
+
+  YBase::SmartPtrI<Dispatcher> GetDispatcherAt(std::size_t index) const;
+  DispatcherList GetDispatchers() const;
+  CallbackSet<Callback> GetCallbacks() const;
+
+  const YBase::SmartPtrI<CallbackProxy> mpCallbackProxy;
+  const YBase::StrongPtr<YSynch::RWLock> mpLock;
+  const std::string mName;
+  YBase::SmartPtrI<YResource::Bundle> mpResourceBundle YSYNCH_GUARDED_BY(*mpLock);
+  DispatcherList mDispatchers YSYNCH_GUARDED_BY(*mpLock);
+  CallbackSet<Callback> mCallbacks YSYNCH_GUARDED_BY(*mpLock);
+};
+
+}  // namespace YLog

@@ -1,0 +1,9 @@
+#include <YLog/Log.h>
+
+namespace YLog {
+
+YResource::MessageFormatter GetMessageFormatter() {
+  return YResource::GetMessageFormatter();
+}
+
+}  // namespace YLog

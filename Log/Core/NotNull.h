@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cassert>
+
+namespace YLog {
+
+/// For texts that must not be null: debug builds refuse null, others take it for empty.
+inline const char* NotNull(const char* text) {
+  assert(text != nullptr);
+  return text != nullptr ? text : "";
+}
+
+}  // namespace YLog

@@ -1,0 +1,40 @@
+#include "Destinations/Destination_DebugOutput_Impl.h"
+
+#include <cassert>
+#include <csignal>
+#include <cstdio>
+
+#include <YBase/SignalGuard.h>
+#include <YLog/MessageHeader.h>
+
+namespace YLog {
+
+Destination_DebugOutput::~Destination_DebugOutput() = default;
+
+Destination_DebugOutput_Impl::Destination_DebugOutput_Impl()
+    : mpLock(YSynch::CreateCriticalSection(YSynch::LOCK_STACK_CATEGORY_OBJECT)) {}
+
+void Destination_DebugOutput_Impl::LogMessage(const char* text, const MessageHeader& header) const {
+  assert(text != nullptr);
+  RecordText record;
+  FormatMultiLineMessageText(header.GetMessageID(), header.ToString(), text, true, record);
+  Write(record.View());
+}
+
+void Destination_DebugOutput_Impl::LogMessage(const char* text) const {
+  assert(text != nullptr);
+  if (text == nullptr || *text == '\0') return;
+  RecordText line;
+  line.Append(text);
+  if (line.View().back() != '\n') line.Append('\n');
+  Write(line.View());
+}
+
+void Destination_DebugOutput_Impl::Write(std::string_view text) const {
+  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  // Standard error may be a pipe whose reader is gone: that is no reason for the host to die.
+  const YBase::SignalGuard guard(SIGPIPE);
+  [[maybe_unused]] const std::size_t written = std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+}  // namespace YLog

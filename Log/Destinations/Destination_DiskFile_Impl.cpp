@@ -1,0 +1,218 @@
+#include "Destinations/Destination_DiskFile_Impl.h"
+
+#include <algorithm>
+#include <cassert>
+
+#include <YBase/ExceptionImpl.h>
+#include <YBase/Message.h>
+#include <YBase/NumberText.h>
+#include <YBase/TextConversion.h>
+#include <YFileSystem/Directory.h>
+#include <YFileSystem/Path.h>
+#include <YLog/MessageHeader.h>
+#include <YLog/ThreadContext.h>
+
+#include "Destinations/BackupFiles.h"
+#include "ModuleMain.h"
+
+namespace YLog {
+
+namespace {
+
+constexpr const char* LOG_VERSION_LINE = "# Vellatorquine Log version 2.0";
+constexpr unsigned long MAXIMUM_FILE_SIZE_LIMIT = 2000000000;
+constexpr unsigned long MAXIMUM_FILE_BACKUP_LIMIT = 256;
+constexpr int MAXIMUM_ATTEMPTS = 10;
+
+}  // namespace
+
+Destination_DiskFile::~Destination_DiskFile() = default;
+
+Destination_DiskFile_Impl::Destination_DiskFile_Impl(const wchar_t* path)
+    : mFileHeaderText(std::string(YBase::UNICODE_BYTE_ORDER_MARK) + LOG_VERSION_LINE + "\n"),
+      mpLock(YSynch::CreateCriticalSection(YSynch::LOCK_STACK_CATEGORY_OBJECT)) {
+  SetFilePath(path);
+}
+
+void Destination_DiskFile_Impl::LogMessage(const char* text, const MessageHeader& header) const {
+  assert(text != nullptr);
+  RecordText record;
+  FormatMultiLineMessageText(header.GetMessageID(), header.ToString(), text, true, record);
+
+  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  try {
+    WriteMessage(record.View());
+  } catch (const YBase::Message& failure) {
+    mpFile = nullptr;
+    mMissed.Begin(YBase::WideCharToUTF8(failure.GetMessage().c_str()), 1);
+  }
+}
+
+void Destination_DiskFile_Impl::WriteMessage(std::string_view record) const {
+  for (int attempt = 0; attempt < MAXIMUM_ATTEMPTS; ++attempt) {
+    if (!mpFile && !ReopenFileIfDue()) return;
+    const Outcome outcome = TryToWrite(record);
+    if (outcome == Outcome::WRITTEN) return;
+    if (outcome == Outcome::FILE_GONE) mpFile = nullptr;
+  }
+  ThrowRaceCondition();
+}
+
+Destination_DiskFile_Impl::Outcome Destination_DiskFile_Impl::TryToWrite(std::string_view record) const {
+  YFileSystem::UpdateableFile& file = *mpFile;
+  const YFileSystem::WriteableFile::WriteSmartLock fileLock(file);
+  const YFileSystem::UpdateableFile::PathState state = file.QueryPath();
+  if (!state.mIsThisFile) return Outcome::FILE_GONE;
+  if (state.mSize >= mMaximumFileSize) {
+    BackupFiles(mFilePath, mMaximumFileBackup).Rotate(file);
+    return Outcome::ROTATED;
+  }
+  AppendRecord(file, state.mSize, record);
+  return Outcome::WRITTEN;
+}
+
+void Destination_DiskFile_Impl::AppendRecord(YFileSystem::UpdateableFile& file, std::uint64_t size,
+                                             std::string_view record) const {
+  std::string_view before;
+  // Whoever finds the file as it left it is alone on it, and pays nothing for what others may have left.
+  if (size == 0 || size != mSizeAsLeft) {
+    size = MendBeginning(file, size);
+    if (size == 0) {
+      before = mFileHeaderText;
+    } else if (EndsInFragment(file, size)) {
+      before = "\n";
+    }
+  }
+  if (before.empty()) {
+    file.Append(size, {record});
+  } else {
+    file.Append(size, {before, record});
+  }
+  mSizeAsLeft = size + before.size() + record.size();
+}
+
+/// Finishes what a killed writer left undone at the beginning of the file: a rotation, or a head of which
+/// only a part was written, with no record behind it. Returns the size of the file then.
+std::uint64_t Destination_DiskFile_Impl::MendBeginning(YFileSystem::UpdateableFile& file,
+                                                       std::uint64_t size) const {
+  if (size > 0 && size < mFileHeaderText.size()) {
+    std::string beginning(mFileHeaderText.size(), '\0');
+    file.SetPosition(0);
+    beginning.resize(file.Read(beginning.data(), beginning.size()));
+    if (mFileHeaderText.starts_with(beginning)) {
+      file.SetPosition(0);
+      file.Truncate();
+      size = 0;
+    }
+  }
+  if (size == 0) BackupFiles(mFilePath, mMaximumFileBackup).FinishInterruptedRotation();
+  return size;
+}
+
+bool Destination_DiskFile_Impl::EndsInFragment(YFileSystem::UpdateableFile& file, std::uint64_t size) const {
+  char last = '\n';
+  file.SetPosition(size - 1);
+  file.Read(&last, 1);
+  return last != '\n';
+}
+
+/// Opens the closed file again unless the retry period forbids it; false where the message is dropped.
+bool Destination_DiskFile_Impl::ReopenFileIfDue() const {
+  if (!mMissed.IsRetryDue()) {
+    mMissed.CountDropped();
+    return false;
+  }
+  try {
+    ReopenFile();
+    return true;
+  } catch (const YBase::Message&) {
+    // Closed again, so that the retry period applies: left open, it would take the next message without
+    // having told of those before.
+    mpFile = nullptr;
+    mMissed.RetryFailed();
+    return false;
+  }
+}
+
+void Destination_DiskFile_Impl::ReopenFile() const {
+  OpenFile();
+  if (!mMissed.IsEmpty()) WriteMissedMessagesRecord();
+  mMissed.Clear();
+}
+
+void Destination_DiskFile_Impl::WriteMissedMessagesRecord() const {
+  // The thread's own header, which keeps these values.
+  MessageHeader& header = *gModuleMainPtr->GetThreadContext()->GetMessageHeader();
+  header.SetTimestampToNowLocal();
+  header.SetLoggerName("Log");
+  header.SetDispatcherName("Error");
+  header.SetMessageID(0);
+  const std::string record = header.ToString() + mMissed.Describe() + "\n";
+
+  YFileSystem::UpdateableFile& file = *mpFile;
+  const YFileSystem::WriteableFile::WriteSmartLock fileLock(file);
+  const YFileSystem::UpdateableFile::PathState state = file.QueryPath();
+  if (!state.mIsThisFile) {
+    throw YBase::ExceptionImpl<YBase::Message>(
+        "YLog::Destination_DiskFile_Impl::ReopenFile: the file was replaced while it was being opened");
+  }
+  AppendRecord(file, state.mSize, record);
+}
+
+void Destination_DiskFile_Impl::OpenFile() const {
+  mpFile = YFileSystem::OpenUpdateableFile(mFilePath.c_str(), YFileSystem::KEEP_WHAT_WAS_WRITTEN);
+  mSizeAsLeft = 0;
+}
+
+void Destination_DiskFile_Impl::ThrowRaceCondition() const {
+  throw YBase::ExceptionImpl<YBase::Message>(
+      ("YLog::Destination_DiskFile_Impl::WriteMessage: detected a race condition with '" +
+       YBase::WideCharToUTF8(mFilePath.c_str()) + "'. Maximum file size is " +
+       YBase::ToDecimalString(static_cast<long long>(mMaximumFileSize)) + " bytes.")
+          .c_str());
+}
+
+void Destination_DiskFile_Impl::SetFilePath(const wchar_t* path) {
+  assert(path != nullptr);
+  const std::wstring newPath = path != nullptr ? path : L"";
+  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  if (newPath == mFilePath) return;
+  mFilePath = newPath;
+  mpFile = nullptr;
+  try {
+    const std::wstring directory = YFileSystem::Path::GetDirname(mFilePath.c_str());
+    if (!directory.empty() && !YFileSystem::Path::IsDirectory(directory.c_str())) {
+      YFileSystem::Directory::Create(directory.c_str(), true);
+    }
+    OpenFile();
+  } catch (const YBase::Message& failure) {
+    mMissed.Begin(YBase::WideCharToUTF8(failure.GetMessage().c_str()), 0);
+  }
+}
+
+YBase::ReturnWString Destination_DiskFile_Impl::GetFilePath() const {
+  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  return mFilePath;
+}
+
+void Destination_DiskFile_Impl::SetMaximumFileSize(unsigned long size) {
+  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  mMaximumFileSize = std::min(size, MAXIMUM_FILE_SIZE_LIMIT);
+}
+
+unsigned long Destination_DiskFile_Impl::GetMaximumFileSize() {
+  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  return mMaximumFileSize;
+}
+
+void Destination_DiskFile_Impl::SetMaximumFileBackup(unsigned long count) {
+  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  mMaximumFileBackup = std::min(count, MAXIMUM_FILE_BACKUP_LIMIT);
+}
+
+unsigned long Destination_DiskFile_Impl::GetMaximumFileBackup() {
+  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  return mMaximumFileBackup;
+}
+
+}  // namespace YLog

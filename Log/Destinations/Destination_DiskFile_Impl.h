@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include <YBase/SmartPtrI.h>
+#include <YBase/StrongPtr.h>
+#include <YFileSystem/UpdateableFile.h>
+#include <YLog/Destination_DiskFile.h>
+#include <YSynch/CriticalSection.h>
+#include <YSynch/ReferenceCountedImpl.h>
+
+#include "Destinations/Destination_Impl.h"
+#include "Destinations/MissedMessages.h"
+
+namespace YLog {
+
+class Destination_DiskFile_Impl final : public Destination_Impl,
+                                        public Destination_DiskFile,
+                                        public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
+ public:
+  /// As `SetFilePath`.
+  explicit Destination_DiskFile_Impl(const wchar_t* path);
+
+  void LogMessage(const char* text, const MessageHeader& header) const override;
+
+  void SetMaximumFileSize(unsigned long size) override;
+  unsigned long GetMaximumFileSize() override;
+  void SetMaximumFileBackup(unsigned long count) override;
+  unsigned long GetMaximumFileBackup() override;
+  YBase::ReturnWString GetFilePath() const override;
+
+  /// Goes on in the file at `path`, whose folder is created with all its parents. The path that is already
+  /// set changes nothing.
+  ///
+  /// Failure: a file that cannot be opened is a failure like those of `LogMessage`, with no message missed
+  /// yet; messages that were missed before are forgotten. Where it can be opened, messages missed before
+  /// stay counted, and are reported when the file is next reopened.
+  void SetFilePath(const wchar_t* path);
+
+ private:
+  enum class Outcome { WRITTEN, ROTATED, FILE_GONE };
+
+  ~Destination_DiskFile_Impl() override = default;
+
+  void WriteMessage(std::string_view record) const YSYNCH_REQUIRES(*mpLock);
+  Outcome TryToWrite(std::string_view record) const YSYNCH_REQUIRES(*mpLock);
+  void AppendRecord(YFileSystem::UpdateableFile& file, std::uint64_t size, std::string_view record) const
+      YSYNCH_REQUIRES(*mpLock, file);
+  std::uint64_t MendBeginning(YFileSystem::UpdateableFile& file, std::uint64_t size) const
+      YSYNCH_REQUIRES(*mpLock, file);
+  bool EndsInFragment(YFileSystem::UpdateableFile& file, std::uint64_t size) const YSYNCH_REQUIRES(*mpLock);
+
+  bool ReopenFileIfDue() const YSYNCH_REQUIRES(*mpLock);
+  void ReopenFile() const YSYNCH_REQUIRES(*mpLock);
+  void WriteMissedMessagesRecord() const YSYNCH_REQUIRES(*mpLock);
+  void OpenFile() const YSYNCH_REQUIRES(*mpLock);
+  [[noreturn]] void ThrowRaceCondition() const YSYNCH_REQUIRES(*mpLock);
+
+  const std::string mFileHeaderText;
+  const YBase::StrongPtr<YSynch::CriticalSection> mpLock;
+
+  std::wstring mFilePath YSYNCH_GUARDED_BY(*mpLock);
+  // None while the file is closed after a failure.
+  mutable YBase::SmartPtrI<YFileSystem::UpdateableFile> mpFile YSYNCH_GUARDED_BY(*mpLock);
+  // The file's size when this destination last wrote to it: another size means that others did, too.
+  mutable std::uint64_t mSizeAsLeft YSYNCH_GUARDED_BY(*mpLock) = 0;
+  mutable MissedMessages mMissed YSYNCH_GUARDED_BY(*mpLock);
+  unsigned long mMaximumFileBackup YSYNCH_GUARDED_BY(*mpLock) = 1;
+  unsigned long mMaximumFileSize YSYNCH_GUARDED_BY(*mpLock) = 2000000;
+};
+
+}  // namespace YLog

@@ -1,0 +1,22 @@
+#include "Destinations/Destination_Impl.h"
+
+namespace YLog {
+
+Destination::~Destination() = default;
+
+unsigned short Destination_Impl::GetLanguageID() const {
+  return mLanguageID.load(std::memory_order_relaxed);
+}
+
+void Destination_Impl::SetLanguageID(unsigned short language) {
+  mLanguageID.store(language, std::memory_order_relaxed);
+}
+
+void Destination_Impl::FormatMultiLineMessageText(unsigned /*messageID*/, const char* headerText,
+                                                  const char* messageText, bool appendNewLine,
+                                                  RecordText& record) const {
+  AppendMultiLineMessageText(headerText, messageText, record);
+  if (appendNewLine && !record.Empty()) record.Append('\n');
+}
+
+}  // namespace YLog

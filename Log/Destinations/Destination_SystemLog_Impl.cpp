@@ -1,0 +1,98 @@
+#include "Destinations/Destination_SystemLog_Impl.h"
+
+#include <syslog.h>
+
+#include <cassert>
+#include <iterator>
+
+#include <YLog/MessageHeader.h>
+
+namespace YLog {
+
+namespace {
+
+constexpr const char* DEFAULT_APPLICATION_NAME = "Vellatorquine Application";
+
+Destination_SystemLog::MessageSeverity SeverityOf(unsigned messageID) {
+  switch (messageID & 0xC0000000U) {
+    case 0x80000000U:
+      return Destination_SystemLog::SeverityError;
+    case 0x40000000U:
+      return Destination_SystemLog::SeverityWarning;
+    default:
+      return Destination_SystemLog::SeverityInformation;
+  }
+}
+
+int PriorityOf(Destination_SystemLog::MessageSeverity severity) {
+  static constexpr int PRIORITIES[] = {
+      LOG_USER | LOG_INFO,
+      LOG_USER | LOG_WARNING,
+      LOG_USER | LOG_ERR,
+  };
+  // What nobody knows had better be seen than lost.
+  return severity < std::size(PRIORITIES) ? PRIORITIES[severity] : LOG_USER | LOG_EMERG;
+}
+
+}  // namespace
+
+Destination_SystemLog::~Destination_SystemLog() = default;
+
+Destination_SystemLog_Impl::Destination_SystemLog_Impl()
+    : mpLock(YSynch::CreateCriticalSection(YSynch::LOCK_STACK_CATEGORY_OBJECT)),
+      mpConnectionLock(YSynch::CreateRWLock(YSynch::LOCK_STACK_CATEGORY_OBJECT)) {}
+
+Destination_SystemLog_Impl::~Destination_SystemLog_Impl() {
+  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  const YSynch::RWLock::WriteSmartLock connectionLock(*mpConnectionLock);
+  UnregisterApplicationName();
+}
+
+void Destination_SystemLog_Impl::LogMessage(const char* text, const MessageHeader& header) const {
+  assert(text != nullptr);
+  const unsigned messageID = header.GetMessageID();
+  RecordText record;
+  FormatMultiLineMessageText(messageID, header.ToString(), text, false, record);
+  LogMessage(record.CStr(), SeverityOf(messageID), messageID);
+}
+
+void Destination_SystemLog_Impl::LogMessage(const char* text, MessageSeverity severity,
+                                            unsigned /*messageID*/) const {
+  assert(text != nullptr);
+  if (text == nullptr) return;
+  RegisterDefaultNameIfNone();
+  const YSynch::RWLock::ReadSmartLock lock(*mpConnectionLock);
+  ::syslog(PriorityOf(severity), "%s", text);
+}
+
+void Destination_SystemLog_Impl::SetApplicationName(const char* name) {
+  assert(name != nullptr);
+  if (name == nullptr) return;
+  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  if (name != mApplicationName) RegisterApplicationName(name);
+}
+
+void Destination_SystemLog_Impl::RegisterDefaultNameIfNone() const {
+  // Acquire: the C library has the name when it gets the record.
+  if (mbRegistered.load(std::memory_order_acquire)) return;
+  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  // Asked again, because another thread may have given a name meanwhile.
+  if (!mbRegistered.load(std::memory_order_relaxed)) RegisterApplicationName(DEFAULT_APPLICATION_NAME);
+}
+
+void Destination_SystemLog_Impl::RegisterApplicationName(const char* name) const {
+  std::string newName = name;
+  const YSynch::RWLock::WriteSmartLock connectionLock(*mpConnectionLock);
+  UnregisterApplicationName();
+  mApplicationName.swap(newName);
+  ::openlog(mApplicationName.c_str(), LOG_CONS, LOG_USER);
+  mbRegistered.store(true, std::memory_order_release);
+}
+
+void Destination_SystemLog_Impl::UnregisterApplicationName() const noexcept {
+  if (!mbRegistered.load(std::memory_order_relaxed)) return;
+  ::closelog();
+  mbRegistered.store(false, std::memory_order_relaxed);
+}
+
+}  // namespace YLog

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <YBase/TextBuffer.h>
+
+namespace YLog {
+
+/// A record under construction: ordinary ones need no heap.
+using RecordText = YBase::TextBuffer<4096>;
+
+/// Appends the layout that `FormatMultiLineMessageText` describes to `record`.
+void AppendMultiLineMessageText(const char* headerText, const char* messageText, RecordText& record);
+
+}  // namespace YLog

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+namespace YLog {
+
+/// The last group of a header's text line, such as "[engine_main:Run at line:42]".
+struct SourcePosition {
+  std::string fileName;
+  std::string funcName;
+  int lineNumber = 0;
+
+  /// Reads the group at the beginning of `text` as the scan format "[%255[^:]:%127s at line:%d]" does, and
+  /// returns how many characters belong to it: those up to the first "]", wherever that stands.
+  ///
+  /// Returns 0, and the object is unchanged, where there is no such group: also where it is cut off before
+  /// its "]", and where the number does not fit.
+  unsigned FromString(const char* text);
+};
+
+}  // namespace YLog

@@ -1,0 +1,26 @@
+#include <YLog/LogTrace.h>
+
+namespace YLog {
+
+LogTrace::LogTrace()
+    : mCreationTime(YDataType::DateTime::Now()),
+      mpLock(YSynch::CreateRWLock(YSynch::LOCK_STACK_CATEGORY_OBJECT)) {}
+
+LogTrace::~LogTrace() = default;
+
+unsigned LogTrace::PrintAllLogTrace() {
+  return 0;
+}
+
+void LogTrace::SetOutputFileName(const wchar_t* fileName) {
+  std::wstring name = fileName != nullptr ? fileName : L"";
+  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  mOutputFileName.swap(name);
+}
+
+std::wstring LogTrace::GetOutputFileName() const {
+  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  return mOutputFileName;
+}
+
+}  // namespace YLog

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <YLog/Export.h>
+
+namespace YLog {
+
+/// Keeps the library started. A client holds one for as long as it uses the library; the first starts it and
+/// the last stops it.
+///
+/// May be a static object. Whatever the library handed out may be released after it stopped, but not used.
+///
+/// Threads: any. When the last one goes, no other thread may be using the library.
+///
+/// Failure: the constructor throws what kept the library from starting, and `std::bad_alloc`.
+class YLOG_EXPORT Initializer {
+ public:
+  Initializer();
+  ~Initializer();
+  Initializer(const Initializer&) = delete;
+  Initializer& operator=(const Initializer&) = delete;
+};
+
+}  // namespace YLog

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+
+#include <YBase/ReferenceCounted.h>
+#include <YBase/SmartPtrI.h>
+#include <YLog/Dispatcher.h>
+#include <YLog/Export.h>
+#include <YResource/Bundle.h>
+#include <YSynch/LockStackCategory.h>
+
+namespace YLog {
+
+class Logger;
+
+/// What client code logs through: a logger with one of its dispatchers.
+///
+/// Ownership: counted. Holds its logger.
+///
+/// Threads: any operation from any thread.
+///
+/// Failure: what the logger throws goes to the caller.
+class YLOG_EXPORT Router : public virtual YBase::ReferenceCounted {
+ public:
+  /// Whether the dispatcher had a destination when last heard of; kept current by the router. To be read
+  /// before a message is formatted, relaxed: a change may be seen late, and then one message is formatted
+  /// needlessly or left out.
+  std::atomic<bool> mEnabled{false};
+
+  /// The logger; no reference is added.
+  virtual Logger* GetLogger() const = 0;
+  virtual YBase::SmartPtrI<Dispatcher> GetDispatcher() const = 0;
+  virtual YBase::SmartPtrI<YResource::Bundle> GetResourceBundle() const = 0;
+
+  /// Hands a text to the logger. Does not test `mEnabled`. File and function may be null.
+  /// \pre `text` is not null.
+  virtual void LogMessage(const char* text, unsigned messageID, const char* fileName, const char* funcName,
+                          int lineNumber) const = 0;
+
+  /// As `Dispatcher::GetMessageTextJSON`. Does not test `mEnabled`.
+  virtual void GetMessageTextJSON(const char* text, unsigned messageID, const char* fileName,
+                                  const char* funcName, int lineNumber, std::string& out) const = 0;
+
+ protected:
+  ~Router() override;
+};
+
+/// A router for the dispatcher of that name of the logger of that name; either is made, and shown to the
+/// configuration hook, where it is missing. The category is that of a new logger's lock.
+/// \pre Neither name is null.
+///
+/// Failure: what the hook throws; nothing is left behind but a logger or dispatcher that was made before.
+YLOG_EXPORT YBase::SmartPtrI<Router> CreateRouter(const char* loggerName, const char* dispatcherName,
+                                                  YSynch::EnumORBLockStackCategory category);
+
+}  // namespace YLog

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <YLog/Export.h>
+#include <YSynch/ThreadContext.h>
+
+namespace YLog {
+
+class MessageHeader;
+
+/// What a thread keeps from one message to the next: its header and its episode number.
+///
+/// Ownership: belongs to the module, and ends with the thread or the module, whichever comes first.
+///
+/// Threads: for the thread that it belongs to, and no other.
+class YLOG_EXPORT ThreadContext : public YSynch::ThreadContext {
+ public:
+  /// The thread's header; no reference is added.
+  virtual MessageHeader* GetMessageHeader() = 0;
+  /// For reading and writing.
+  virtual unsigned long long& GetEpisodeNumber() = 0;
+
+ protected:
+  ~ThreadContext() override;
+};
+
+}  // namespace YLog

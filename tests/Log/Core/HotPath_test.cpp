@@ -1,0 +1,53 @@
+#include <cstring>
+
+#include <YLog/YLog.h>
+
+#include "support/AllocationCounter.h"
+#include "support/New.h"
+#include "support/RecordingDestination.h"
+
+namespace {
+
+using Support::Destinations;
+using Support::GetAllocationCount;
+using Support::New;
+
+/// Lays out the header's text line as a file does, and keeps nothing.
+class PrintingDestination final : public YLog::Destination,
+                                  public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
+ public:
+  void LogMessage(const char* text, const YLog::MessageHeader& header) const override {
+    mLength += std::strlen(text) + std::strlen(header.ToString());
+  }
+  unsigned short GetLanguageID() const override { return 0; }
+  void SetLanguageID(unsigned short) override {}
+
+  std::size_t GetLength() const { return mLength; }
+
+ private:
+  ~PrintingDestination() override = default;
+
+  mutable std::size_t mLength = 0;
+};
+
+TEST(HotPath, AllocatesNothingOnceTheThreadHasLogged) {
+  const YLog::Initializer initializer;
+  YLog::SetServerInstanceName(L"a server instance name longer than a short string");
+  const auto destination = New<PrintingDestination>();
+  const auto router = YLog::CreateRouter("a logger's name longer than a short string", "Error",
+                                         YSynch::LOCK_STACK_CATEGORY_OBJECT);
+  router->GetDispatcher()->SetDestinations(Destinations({destination}));
+
+  const unsigned long atStart = GetAllocationCount();
+  unsigned long afterFirst = 0;
+  for (int message = 0; message <= 1000; ++message) {
+    YLog::LogMessage(*router, "Message %1 of %2", YLog::GetMessageFormatter() << message + 1000 << "many");
+    YLog::LogString(*router, "A text as it is");
+    if (message == 0) afterFirst = GetAllocationCount();
+  }
+  EXPECT_EQ(afterFirst, GetAllocationCount());
+  EXPECT_GT(afterFirst, atStart) << "allocations are to be counted inside the library, too";
+  EXPECT_GT(destination->GetLength(), 2'000U * 200U);
+}
+
+}  // namespace

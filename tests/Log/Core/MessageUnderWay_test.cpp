@@ -1,0 +1,47 @@
+#include "Core/MessageUnderWay.h"
+
+#include <YLog/Dispatcher.h>
+#include <YLog/Initializer.h>
+#include <YLog/Logger.h>
+#include <YLog/ThreadContext.h>
+
+#include "ModuleMain.h"
+
+namespace {
+
+using YLog::MessageUnderWay;
+
+class MessageUnderWayTest : public testing::Test {
+ protected:
+  static YLog::MessageHeader& GetHeaderOfThread() {
+    return *YLog::gModuleMainPtr->GetThreadContext()->GetMessageHeader();
+  }
+
+  const YLog::Initializer mInitializer;
+};
+
+TEST_F(MessageUnderWayTest, UsesTheHeaderOfTheThread) {
+  for (int message = 0; message < 2; ++message) {
+    const MessageUnderWay outer;
+    EXPECT_EQ(&GetHeaderOfThread(), &outer.GetHeader());
+  }
+}
+
+TEST_F(MessageUnderWayTest, HasAHeaderOfItsOwnWhereTheThreadsIsTaken) {
+  const MessageUnderWay outer;
+  const MessageUnderWay inner;
+  EXPECT_NE(&GetHeaderOfThread(), &inner.GetHeader());
+}
+
+TEST_F(MessageUnderWayTest, DisabledDispatcherLeavesTheThreadsHeaderAlone) {
+  GetHeaderOfThread().SetLoggerName("untouched");
+  GetHeaderOfThread().SetMessageID(7);
+  YLog::CreateDispatcher("Error")->LogMessage(*YLog::GetLogger("Kernel", YSynch::LOCK_STACK_CATEGORY_OBJECT),
+                                              "text", 300, "main.cpp", "Run", 42);
+  EXPECT_STREQ("untouched", GetHeaderOfThread().GetLoggerName());
+  EXPECT_STREQ("", GetHeaderOfThread().GetDispatcherName());
+  EXPECT_EQ(7U, GetHeaderOfThread().GetMessageID());
+  EXPECT_EQ("1970-01-01 00:00:00.000", GetHeaderOfThread().GetTimestamp().ToISO8601String());
+}
+
+}  // namespace

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace Support {
+
+/// What was called of `openlog`, `syslog` and `closelog`, which this program has in the place of the C
+/// library's: such as "openlog(orders, 2, 8)", "syslog(14, %s, text) as orders", "closelog()".
+///
+/// Threads: one instance at a time; the calls come from any thread.
+class SystemLogCalls {
+ public:
+  SystemLogCalls();
+  ~SystemLogCalls();
+  SystemLogCalls(const SystemLogCalls&) = delete;
+  SystemLogCalls& operator=(const SystemLogCalls&) = delete;
+
+  std::vector<std::string> Get() const;
+
+  /// Called within each call from now on, with what `Get` will return for it: a place to wait.
+  void OnCall(std::function<void(const std::string& call)> onCall);
+};
+
+}  // namespace Support

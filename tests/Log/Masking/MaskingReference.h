@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace Support {
+
+// Masking written down step by step, as slow as that is: what the library must give back for any text.
+
+std::size_t FindFirstDoubleQuoteSlowly(const std::string& text, std::size_t start);
+std::string MaskAttributeSlowly(std::string text, const std::string& tagName, const std::string& replacement);
+std::string MaskHTTPSlowly(std::string text, int passes = 1);
+
+}  // namespace Support
