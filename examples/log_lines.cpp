@@ -1,0 +1,193 @@
+// Logs each line of its input as one record of one size-limited file, from several threads and processes:
+//
+//     log_lines --threads 4 --processes 2 --limit 100000 --backups 9 --file server.log input.txt
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <charconv>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include <YLog/YLog.h>
+
+namespace {
+
+constexpr const char* USAGE =
+    "usage: log_lines [--threads N] [--processes N] [--limit BYTES] [--backups N] --file PATH [INPUT...]\n"
+    "Logs each line of the inputs, or of standard input, as one record of the file PATH.\n";
+
+struct Options {
+  std::wstring mFile;
+  unsigned long mLimit = 2'000'000;
+  unsigned long mBackups = 1;
+  unsigned long mThreads = 1;
+  unsigned long mProcesses = 1;
+  std::vector<std::string> mInputs;
+};
+
+class UsageError : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+/// Sends every message of every logger to the one file.
+class Hook final : public YLog::ConfigurationHook, public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
+ public:
+  explicit Hook(const Options& options) : mOptions(options) {}
+
+  void ConfigureLogger(YLog::Logger&) override {}
+  void ConfigureDispatcher(YBase::SmartPtrI<YLog::Dispatcher>& dispatcher, YLog::Logger&) override {
+    const auto file = YLog::GetDestination_DiskFile(mOptions.mFile.c_str());
+    file->SetMaximumFileSize(mOptions.mLimit);
+    file->SetMaximumFileBackup(mOptions.mBackups);
+
+    YDataType::ObjectCollection<YLog::Destination> destinations;
+    destinations.Add(file);
+    dispatcher->SetDestinations(destinations);
+  }
+
+ private:
+  const Options& mOptions;
+};
+
+using Lines = std::vector<std::string>;
+
+/// Logs every `step`-th line, beginning with number `first`.
+void LogShare(YLog::Router& router, const Lines& lines, std::size_t first, std::size_t step) {
+  for (std::size_t i = first; i < lines.size(); i += step) YLog::LogString(router, lines[i].c_str());
+}
+
+/// Logs the share of one process: threads of all processes take turns at the lines.
+void LogFromThreads(const Options& options, const Lines& lines, unsigned long process) {
+  const YLog::Initializer initializer;
+  YLog::SetConfigurationHook(new Hook(options));
+  const auto router = YLog::CreateRouter("log_lines", "Info", YSynch::LOCK_STACK_CATEGORY_OBJECT);
+
+  std::vector<std::jthread> threads;
+  for (unsigned long i = 0; i < options.mThreads; ++i) {
+    const unsigned long first = process * options.mThreads + i;
+    threads.emplace_back(
+        [&, first] { LogShare(*router, lines, first, options.mThreads * options.mProcesses); });
+  }
+}
+
+/// Leaves without the exit handlers and open streams that the child shares with its parent.
+[[noreturn]] void RunChild(const Options& options, const Lines& lines, unsigned long process) {
+  try {
+    LogFromThreads(options, lines, process);
+    std::_Exit(EXIT_SUCCESS);
+  } catch (const std::exception& failure) {
+    std::cerr << "log_lines: " << failure.what() << std::endl;
+    std::_Exit(EXIT_FAILURE);
+  }
+}
+
+pid_t StartChild(const Options& options, const Lines& lines, unsigned long process) {
+  const pid_t child = fork();
+  if (child < 0) throw std::system_error(errno, std::generic_category(), "fork");
+  if (child == 0) RunChild(options, lines, process);
+  return child;
+}
+
+void WaitFor(pid_t child) {
+  int status = 0;
+  if (waitpid(child, &status, 0) != child || status != 0) throw std::runtime_error("a process failed");
+}
+
+/// Each process starts the library for itself, after the fork.
+void LogFromProcesses(const Options& options, const Lines& lines) {
+  if (options.mProcesses == 1) return LogFromThreads(options, lines, 0);
+
+  std::vector<pid_t> children;
+  for (unsigned long i = 0; i < options.mProcesses; ++i) children.push_back(StartChild(options, lines, i));
+  for (const pid_t child : children) WaitFor(child);
+}
+
+void ReadLines(std::istream& input, Lines& lines) {
+  for (std::string line; std::getline(input, line);) {
+    while (line.ends_with('\r')) line.pop_back();
+    lines.push_back(line);
+  }
+}
+
+Lines ReadInputs(const std::vector<std::string>& paths) {
+  Lines lines;
+  if (paths.empty()) ReadLines(std::cin, lines);
+  for (const std::string& path : paths) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) throw std::system_error(errno, std::generic_category(), path);
+    ReadLines(file, lines);
+  }
+  return lines;
+}
+
+unsigned long ParseNumber(std::string_view option, std::string_view text, unsigned long smallest) {
+  unsigned long number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  const bool isNumber = error == std::errc() && end == text.data() + text.size();
+  if (!isNumber || number < smallest)
+    throw UsageError(std::string(option) + " takes no '" + std::string(text) + "'");
+  return number;
+}
+
+void SetOption(Options& options, std::string_view option, const char* value) {
+  if (value == nullptr) throw UsageError(std::string(option) + " takes a value");
+  if (option == "--file") {
+    options.mFile = YBase::UTF8ToWideChar(std::filesystem::absolute(value).c_str());
+  } else if (option == "--limit") {
+    options.mLimit = ParseNumber(option, value, 0);
+  } else if (option == "--backups") {
+    options.mBackups = ParseNumber(option, value, 0);
+  } else if (option == "--threads") {
+    options.mThreads = ParseNumber(option, value, 1);
+  } else if (option == "--processes") {
+    options.mProcesses = ParseNumber(option, value, 1);
+  } else {
+    throw UsageError("no option " + std::string(option));
+  }
+}
+
+Options ParseCommandLine(char** arguments) {
+  Options options;
+  for (char** argument = arguments; *argument != nullptr; ++argument) {
+    const std::string_view text = *argument;
+    if (text.starts_with("--")) {
+      SetOption(options, text, argument[1]);
+      ++argument;
+    } else {
+      options.mInputs.emplace_back(text);
+    }
+  }
+  if (options.mFile.empty()) throw UsageError("--file is missing");
+  return options;
+}
+
+}  // namespace
+
+int main(int, char** argv) {
+  try {
+    const Options options = ParseCommandLine(argv + 1);
+    const Lines lines = ReadInputs(options.mInputs);
+    LogFromProcesses(options, lines);
+    std::cout << lines.size() << " records logged\n";
+    return EXIT_SUCCESS;
+  } catch (const UsageError& failure) {
+    std::cerr << "log_lines: " << failure.what() << '\n' << USAGE;
+    return 2;
+  } catch (const std::exception& failure) {
+    std::cerr << "log_lines: " << failure.what() << '\n';
+    return EXIT_FAILURE;
+  }
+}
