@@ -1,0 +1,5 @@
+# Installs BUILD and moves it to PREFIX: nothing in it may remember where it was put first.
+file(REMOVE_RECURSE ${PREFIX} ${PREFIX}-first)
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX}-first
+  OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+file(RENAME ${PREFIX}-first ${PREFIX})

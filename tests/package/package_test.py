@@ -1,0 +1,87 @@
+"""What is installed is complete, holds nothing internal, and exports only what the public face needs.
+
+Arguments: the source tree, the prefix of the installation, the version.
+"""
+
+import pathlib
+import re
+import subprocess
+import sys
+import unittest
+
+SOURCES, PREFIX, VERSION = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2]), sys.argv[3]
+del sys.argv[1:]
+
+NAMES = {"YBase", "YDataType", "YFileSystem", "YLog", "YResource", "YSynch"}
+# A vtable, a type's information and so on belong to the class that they are made for.
+PREFIXES = r"(?:(?:vtable|VTT|typeinfo|typeinfo name|construction vtable|virtual thunk|non-virtual thunk|guard variable)" \
+           r" (?:for|to) )?"
+OURS = re.compile(PREFIXES + r"(?:[\w:<>*&, ]+ )?(?:" + "|".join(sorted(NAMES)) + r")::")
+# What the compiler makes of the standard library's templates is exported weakly by every shared object. Told by
+# the mangled name, which begins with the namespace, whatever the result's type is.
+STANDARD = re.compile(r"_Z(?:T[VTISC]|GV|Z)?N?[VK]*(?:S[absiodt]|9__gnu_cxx)")
+
+
+def output_of(*command):
+    return subprocess.run([*map(str, command)], capture_output=True, text=True, check=True).stdout
+
+
+def library():
+    return next(PREFIX.rglob("libYLog.so"))
+
+
+def exported_symbols():
+    """The demangled names of what the library exports beside weak parts of the standard library."""
+    lines = output_of("nm", "--dynamic", "--defined-only", library()).splitlines()
+    symbols = [line.split()[1:] for line in lines]
+    own = [name for kind, name in symbols if not (kind in "WVu" and STANDARD.match(name))]
+    return output_of("c++filt", *own).replace("[abi:cxx11]", "").splitlines()
+
+
+def public_headers():
+    folders = [*(SOURCES / "Foundation").glob("*/include"), SOURCES / "Log" / "include"]
+    return {path.relative_to(folder) for folder in folders for path in folder.rglob("*.h")}
+
+
+class Content(unittest.TestCase):
+    def test_installs_each_public_header_and_the_export_headers_and_no_other(self):
+        exports = {pathlib.Path(name, "Export.h") for name in NAMES}
+        include = PREFIX / "include"
+        installed = {path.relative_to(include) for path in include.rglob("*") if path.is_file()}
+        self.assertEqual({path.parts[0] for path in installed}, NAMES)
+        self.assertEqual(installed, public_headers() | exports)
+
+    def test_installs_one_library_with_a_versioned_soname(self):
+        libraries = {path.name for path in library().parent.glob("*") if path.is_file()}
+        self.assertEqual(libraries, {"libYLog.so", "libYLog.so.0", f"libYLog.so.{VERSION}"})
+        dynamic = output_of("readelf", "--dynamic", "--wide", library())
+        self.assertRegex(dynamic, r"soname: \[libYLog\.so\.0\]")
+        self.assertRegex(dynamic, r"runpath: \[\$ORIGIN\]")
+
+    def test_needs_no_library_but_the_listed_ones_and_those_of_compiler_and_system(self):
+        dynamic = output_of("readelf", "--dynamic", "--wide", library())
+        needed = set(re.findall(r"Shared library: \[([\w+-]+)\.so", dynamic))
+        system = {"libc", "libm", "libstdc++", "libgcc_s", "ld-linux-x86-64", "ld-linux-aarch64"}
+        self.assertLessEqual(needed - system, {"libjsoncpp", "libicuuc", "libicudata"})
+
+    def test_text_files_name_no_folder_of_the_build(self):
+        for path in [*PREFIX.rglob("*.cmake"), *PREFIX.rglob("*.pc")]:
+            self.assertNotIn(str(SOURCES), path.read_text(encoding="utf-8"), path)
+
+
+class Symbols(unittest.TestCase):
+    def test_exports_the_public_face(self):
+        names = {name.split("(")[0] for name in exported_symbols()}
+        expected = {"YLog::CreateRouter", "YLog::Initializer::Initializer", "YBase::WideCharToUTF8",
+                    "typeinfo for YLog::Exception", "vtable for YLog::Destination"}
+        self.assertLessEqual(expected, names)
+
+    def test_exports_nothing_outside_its_namespaces(self):
+        self.assertEqual([name for name in exported_symbols() if not OURS.match(name)], [])
+
+    def test_exports_no_implementation(self):
+        self.assertEqual([name for name in exported_symbols() if re.search(r"\w_Impl\b", name)], [])
+
+
+if __name__ == "__main__":
+    unittest.main()
