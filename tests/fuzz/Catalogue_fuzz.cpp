@@ -1,0 +1,24 @@
+#include "Foundation/YResource/src/CatalogueFaults.h"
+#include "Foundation/YResource/src/CatalogueReader.h"
+#include "Foundation/YResource/src/Place.h"
+#include "Require.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+// The input is the content of a catalogue file.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  YResource::CatalogueFaults faults;
+  const std::string path = "orders.de.json";
+  const auto catalogue = YResource::CatalogueReader(path, text, faults).Read();
+  Fuzz::Require(catalogue.has_value() == (faults.GetCount() == 0), "what is refused has a fault");
+  if (!catalogue) return 0;
+  Fuzz::Require(catalogue->domain != 0 && catalogue->language == 0x0007, "what is taken says whose it is");
+  for (const YResource::CatalogueText& entry : catalogue->texts) {
+    Fuzz::Require(entry.id != 0 && !entry.text.empty() && entry.line > 0, "each text is complete");
+    Fuzz::Require(YResource::FindPlaces(entry.text).count(0) == 0, "places count from 1");
+  }
+  return 0;
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace Fuzz {
+
+/// Ends the program, so that libFuzzer keeps the input, where a property does not hold.
+inline void Require(bool holds, const char* property) {
+  if (holds) return;
+  std::fprintf(stderr, "does not hold: %s\n", property);
+  std::abort();
+}
+
+}  // namespace Fuzz
