@@ -17,7 +17,7 @@ void MessageBody_Impl::SetMessage(const YBase::Message& message) {
 }
 
 const YBase::Message& MessageBody_Impl::GetMessage() {
-  MessageMerger(mLocalizedMessages, mMessage);
+  [[maybe_unused]] const MessageMerger merger(mLocalizedMessages, mMessage);
   mLocalizedMessages.clear();
   return mMessage;
 }

@@ -34,15 +34,15 @@ class TimestampText {
  public:
   void Append(char character) noexcept { *mpEnd++ = character; }
 
-  template <unsigned MIN_DIGITS>
+  template <unsigned MinDigits>
   void Append(int value) noexcept {
-    static_assert(MIN_DIGITS <= MAX_DIGITS);
+    static_assert(MinDigits <= MAX_DIGITS);
     // A length known here lets the compiler unroll the loop: less than half the time for the whole text.
     auto rest = static_cast<unsigned>(value);
-    for (unsigned digit = MIN_DIGITS; digit-- > 0; rest /= 10) {
+    for (unsigned digit = MinDigits; digit-- > 0; rest /= 10) {
       mpEnd[digit] = static_cast<char>('0' + rest % 10);
     }
-    mpEnd = rest == 0 ? mpEnd + MIN_DIGITS : AppendDigits(value);
+    mpEnd = rest == 0 ? mpEnd + MinDigits : AppendDigits(value);
   }
 
   std::string_view View() const noexcept { return {mText, static_cast<std::size_t>(mpEnd - mText)}; }

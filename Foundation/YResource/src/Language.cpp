@@ -18,6 +18,7 @@ std::atomic<int> gsProcessLanguage{UNKNOWN};
 
 unsigned short GetLanguageOfEnvironment() {
   for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): a host that changes its environment does so before.
     const char* const locale = std::getenv(variable);
     if (locale != nullptr && *locale != '\0') return GetLanguageID(locale);
   }

@@ -41,7 +41,7 @@ LanguageParents::LanguageParents() {
     UErrorCode error = U_ZERO_ERROR;
     char name[ULOC_FULLNAME_CAPACITY];
     uloc_getLocaleForLCID(family, name, sizeof name, &error);
-    if (U_FAILURE(error)) continue;
+    if (U_FAILURE(error) != 0) continue;
     for (unsigned variant = 0; variant < VARIANTS; ++variant) {
       const auto language = static_cast<unsigned short>(variant * FAMILIES + family);
       const unsigned short parent = FindParent(GetICUName(language));

@@ -21,7 +21,7 @@ TextTable::~TextTable() {
 
 void TextTable::Set(unsigned id, unsigned short language, std::string_view text) {
   const Entry* const current = FindEntry(id, language);
-  if (text == (current != nullptr ? std::string_view(current->text) : std::string_view())) return;
+  if (text == (current != nullptr ? std::string_view{current->text} : std::string_view{})) return;
   std::atomic<const Entry*>& bucket = GetBucket(id, language);
   // Relaxed: only this thread writes.
   const Entry* const older = bucket.load(std::memory_order_relaxed);

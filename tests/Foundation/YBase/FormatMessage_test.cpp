@@ -195,7 +195,9 @@ TEST(FormatMessage, OutlivesADepthThatRecursionWouldNot) {
   }
   Message localized;
   const std::string text = FormatMessage(chain, localized, GERMAN, catalogue);
-  EXPECT_EQ(text.substr(text.rfind('\n') + 1), std::string(64, ' ') + "tief");
+  std::string deepest(64, ' ');
+  deepest += "tief";
+  EXPECT_EQ(text.substr(text.rfind('\n') + 1), deepest);
   EXPECT_NE(localized.GetMessage().find(L"tief"), std::wstring::npos);
 }
 
