@@ -19,4 +19,10 @@ void DestinationList::LogMessage(const char* text, const MessageHeader& header) 
   }
 }
 
+void DestinationList::LogMessage(const MessageHeader& header, const MessageBody& body) const {
+  for (const auto& destination : mDestinations) {
+    if (destination) destination->LogMessage(header, body);
+  }
+}
+
 }  // namespace YLog

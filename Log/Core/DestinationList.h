@@ -20,6 +20,7 @@ class DestinationList final : public YSynch::ReferenceCountedImpl<YSynch::Atomic
 
   /// Hands a message to each destination, front to back. What one throws ends it there.
   void LogMessage(const char* text, const MessageHeader& header) const;
+  void LogMessage(const MessageHeader& header, const MessageBody& body) const;
 
  private:
   /// Releases the destinations back to front.

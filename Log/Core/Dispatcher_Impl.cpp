@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <YLog/Logger.h>
+#include <YLog/MessageBody.h>
 #include <YLog/MessageHeader.h>
 
 #include "Core/MessageUnderWay.h"
@@ -30,6 +31,28 @@ void Dispatcher_Impl::LogMessage(const Logger& logger, const char* text, unsigne
   const MessageUnderWay message;
   hFillMessageHeader(message.GetHeader(), logger.GetName(), messageID, fileName, funcName, lineNumber);
   destinations->LogMessage(text, message.GetHeader());
+}
+
+void Dispatcher_Impl::LogMessage(const Logger& logger, const YBase::Message& message) const {
+  const YBase::SmartPtrI<const DestinationList> destinations = GetDestinations();
+  if (!destinations) return;
+  MessageUnderWay underWay;
+  Dispatch(*destinations, underWay, logger, message);
+}
+
+void Dispatcher_Impl::LogMessage(const Logger& logger, YBase::Message& message) const {
+  const YBase::SmartPtrI<const DestinationList> destinations = GetDestinations();
+  if (!destinations) return;
+  MessageUnderWay underWay;
+  Dispatch(*destinations, underWay, logger, message);
+  message = underWay.GetBody().GetMessage();
+}
+
+void Dispatcher_Impl::Dispatch(const DestinationList& destinations, MessageUnderWay& underWay,
+                               const Logger& logger, const YBase::Message& message) const {
+  hFillMessageHeader(underWay.GetHeader(), logger.GetName(), message.GetID(), nullptr, nullptr, 0);
+  underWay.GetBody().SetMessage(message);
+  destinations.LogMessage(underWay.GetHeader(), underWay.GetBody());
 }
 
 void Dispatcher_Impl::hFillMessageHeader(MessageHeader& header, const char* loggerName, unsigned messageID,

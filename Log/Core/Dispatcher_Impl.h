@@ -15,6 +15,7 @@
 namespace YLog {
 
 class MessageHeader;
+class MessageUnderWay;
 
 class Dispatcher_Impl final : public Dispatcher, public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
@@ -24,6 +25,8 @@ class Dispatcher_Impl final : public Dispatcher, public YSynch::ReferenceCounted
   bool IsEnabled() const override { return static_cast<bool>(GetDestinations()); }
   void LogMessage(const Logger& logger, const char* text, unsigned messageID, const char* fileName,
                   const char* funcName, int lineNumber) const override;
+  void LogMessage(const Logger& logger, const YBase::Message& message) const override;
+  void LogMessage(const Logger& logger, YBase::Message& message) const override;
   void SetDestinations(const YDataType::ObjectCollection<Destination>& destinations) override;
   void RegisterCallback(Callback* callback) override;
   void UnregisterCallback(const Callback* callback) noexcept override;
@@ -33,6 +36,8 @@ class Dispatcher_Impl final : public Dispatcher, public YSynch::ReferenceCounted
  private:
   ~Dispatcher_Impl() override = default;
 
+  void Dispatch(const DestinationList& destinations, MessageUnderWay& underWay, const Logger& logger,
+                const YBase::Message& message) const;
   void hFillMessageHeader(MessageHeader& header, const char* loggerName, unsigned messageID,
                           const char* fileName, const char* funcName, int lineNumber) const;
 

@@ -63,6 +63,16 @@ void Logger_Impl::LogMessage(unsigned short cookie, const char* text, unsigned m
   if (dispatcher) dispatcher->LogMessage(*this, text, messageID, fileName, funcName, lineNumber);
 }
 
+void Logger_Impl::LogMessage(unsigned short cookie, const YBase::Message& message) const {
+  const YBase::SmartPtrI<Dispatcher> dispatcher = GetDispatcher(cookie);
+  if (dispatcher) dispatcher->LogMessage(*this, message);
+}
+
+void Logger_Impl::LogMessage(unsigned short cookie, YBase::Message& message) const {
+  const YBase::SmartPtrI<Dispatcher> dispatcher = GetDispatcher(cookie);
+  if (dispatcher) dispatcher->LogMessage(*this, message);
+}
+
 void Logger_Impl::GetMessageTextJSON(unsigned short cookie, const char* text, unsigned messageID,
                                      const char* fileName, const char* funcName, int lineNumber,
                                      std::string& out) const {

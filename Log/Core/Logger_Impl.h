@@ -28,6 +28,8 @@ class Logger_Impl final : public Logger,
   void RefreshConfiguration(ConfigurationHook& hook) override;
   void LogMessage(unsigned short cookie, const char* text, unsigned messageID, const char* fileName,
                   const char* funcName, int lineNumber) const override;
+  void LogMessage(unsigned short cookie, const YBase::Message& message) const override;
+  void LogMessage(unsigned short cookie, YBase::Message& message) const override;
   Logger::DispatcherCollection& Dispatchers() override { return *this; }
   void RegisterCallback(Callback* callback) override;
   void UnregisterCallback(const Callback* callback) noexcept override;

@@ -25,13 +25,22 @@ YBase::SmartPtrI<MessageHeader> CreateHeaderLike(const MessageHeader& outer) {
 
 }  // namespace
 
-MessageUnderWay::MessageUnderWay() : mpHeader(gModuleMainPtr->GetThreadContext()->GetMessageHeader()) {
-  if (sMessagesUnderWay > 0) mpHeader = CreateHeaderLike(*mpHeader);
+MessageUnderWay::MessageUnderWay()
+    : mbOutermost(sMessagesUnderWay == 0), mpHeader(gModuleMainPtr->GetThreadContext()->GetMessageHeader()) {
+  if (!mbOutermost) mpHeader = CreateHeaderLike(*mpHeader);
   ++sMessagesUnderWay;
 }
 
 MessageUnderWay::~MessageUnderWay() {
   --sMessagesUnderWay;
+}
+
+MessageBody& MessageUnderWay::GetBody() {
+  if (!mpBody) {
+    mpBody = mbOutermost ? YBase::SmartPtrI<MessageBody>(gModuleMainPtr->GetThreadContext()->GetMessageBody())
+                         : CreateMessageBody();
+  }
+  return *mpBody;
 }
 
 }  // namespace YLog

@@ -61,6 +61,14 @@ void Router_Impl::LogMessage(const char* text, unsigned messageID, const char* f
   mpLogger->LogMessage(mCookie, text, messageID, fileName, funcName, lineNumber);
 }
 
+void Router_Impl::LogMessage(const YBase::Message& message) const {
+  mpLogger->LogMessage(mCookie, message);
+}
+
+void Router_Impl::LogMessage(YBase::Message& message) const {
+  mpLogger->LogMessage(mCookie, message);
+}
+
 void Router_Impl::GetMessageTextJSON(const char* text, unsigned messageID, const char* fileName,
                                      const char* funcName, int lineNumber, std::string& out) const {
   mpLogger->GetMessageTextJSON(mCookie, text, messageID, fileName, funcName, lineNumber, out);

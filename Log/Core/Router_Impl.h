@@ -26,6 +26,8 @@ class Router_Impl final : public Router, public YSynch::ReferenceCountedImpl<YSy
   YBase::SmartPtrI<YResource::Bundle> GetResourceBundle() const override;
   void LogMessage(const char* text, unsigned messageID, const char* fileName, const char* funcName,
                   int lineNumber) const override;
+  void LogMessage(const YBase::Message& message) const override;
+  void LogMessage(YBase::Message& message) const override;
   void GetMessageTextJSON(const char* text, unsigned messageID, const char* fileName, const char* funcName,
                           int lineNumber, std::string& out) const override;
 

@@ -17,6 +17,7 @@ class Destination_DebugOutput_Impl final : public Destination_Impl,
  public:
   Destination_DebugOutput_Impl();
 
+  using Destination_Impl::LogMessage;
   void LogMessage(const char* text, const MessageHeader& header) const override;
   void LogMessage(const char* text) const override;
 

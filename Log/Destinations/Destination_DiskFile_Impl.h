@@ -23,6 +23,7 @@ class Destination_DiskFile_Impl final : public Destination_Impl,
   /// As `SetFilePath`.
   explicit Destination_DiskFile_Impl(const wchar_t* path);
 
+  using Destination_Impl::LogMessage;
   void LogMessage(const char* text, const MessageHeader& header) const override;
 
   void SetMaximumFileSize(unsigned long size) override;

@@ -1,8 +1,18 @@
 #include "Destinations/Destination_Impl.h"
 
+#include <YLog/MessageBody.h>
+
 namespace YLog {
 
 Destination::~Destination() = default;
+
+void Destination_Impl::LogMessage(const MessageHeader& header, const MessageBody& body) const {
+  LogMessage(body.GetText(GetLanguageID()), header);
+}
+
+void Destination_Impl::SetCallstackMessageIDs(const unsigned* ids, unsigned count) {
+  mCallstackMessageIDs.Set(ids, count);
+}
 
 unsigned short Destination_Impl::GetLanguageID() const {
   return mLanguageID.load(std::memory_order_relaxed);

@@ -31,6 +31,7 @@ class Destination_KafkaLog_Impl final : public Destination_Impl,
                                      FeatureQuery isFeatureEnabled = &YBase::IsFeatureEnabled);
 
   YBase::SmartPtrI<Destination_DiskFile> GetBackupDiskFileDestination() const override { return mpBackup; }
+  using Destination_Impl::LogMessage;
   void LogMessage(const char* text, const MessageHeader& header) const override;
 
   /// Composes the diagnostics topic ".first.second" unless it is already composed, or a name is missing.

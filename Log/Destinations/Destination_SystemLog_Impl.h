@@ -20,6 +20,7 @@ class Destination_SystemLog_Impl final : public Destination_Impl,
   /// Registers nothing yet.
   Destination_SystemLog_Impl();
 
+  using Destination_Impl::LogMessage;
   void LogMessage(const char* text, const MessageHeader& header) const override;
   void SetApplicationName(const char* name) override;
   void LogMessage(const char* text, MessageSeverity severity, unsigned messageID) const override;

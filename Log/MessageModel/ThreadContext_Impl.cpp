@@ -23,7 +23,8 @@ YBase::ReturnString Normalise(const std::string& text) {
 
 ThreadContext::~ThreadContext() = default;
 
-ThreadContext_Impl::ThreadContext_Impl() : mpMessageHeader(CreateMessageHeader()) {
+ThreadContext_Impl::ThreadContext_Impl()
+    : mpMessageHeader(CreateMessageHeader()), mpMessageBody(CreateMessageBody()) {
   mpMessageHeader->SetComputerName(gModuleMainPtr->GetComputerName());
   mpMessageHeader->SetProcessID(YBase::GetCurrentProcessID());
   mpMessageHeader->SetThreadID(YBase::GetCurrentThreadID());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <YBase/SmartPtrI.h>
+#include <YLog/MessageBody.h>
 #include <YLog/MessageHeader.h>
 #include <YLog/ThreadContext.h>
 
@@ -14,6 +15,7 @@ class ThreadContext_Impl final : public ThreadContext {
   void Delete() override;
 
   MessageHeader* GetMessageHeader() override { return mpMessageHeader.Get(); }
+  MessageBody* GetMessageBody() override { return mpMessageBody.Get(); }
   unsigned long long& GetEpisodeNumber() override { return mEpisodeNumber; }
 
   /// In a child, makes the context that of the thread that forked. Neither allocates nor locks.
@@ -23,6 +25,7 @@ class ThreadContext_Impl final : public ThreadContext {
   ~ThreadContext_Impl() override = default;
 
   const YBase::SmartPtrI<MessageHeader> mpMessageHeader;
+  const YBase::SmartPtrI<MessageBody> mpMessageBody;
   unsigned long long mEpisodeNumber = 0;
 };
 

@@ -10,6 +10,7 @@
 #include <YBase/SmartPtrI.h>
 #include <YDataType/ObjectCollection.h>
 #include <YLog/Destination.h>
+#include <YLog/MessageBody.h>
 #include <YLog/MessageHeader.h>
 #include <YSynch/AtomicLong.h>
 #include <YSynch/ReferenceCountedImpl.h>
@@ -63,7 +64,6 @@ class RecordingDestination final : public YLog::Destination,
   explicit RecordingDestination(Action onMessage = nullptr, std::function<void()> onDestruction = nullptr)
       : mOnMessage(std::move(onMessage)), mOnDestruction(std::move(onDestruction)) {}
 
-  using Destination::LogMessage;
   void LogMessage(const char* text, const YLog::MessageHeader& header) const override {
     {
       const std::lock_guard lock(mMutex);
@@ -71,6 +71,11 @@ class RecordingDestination final : public YLog::Destination,
     }
     if (mOnMessage) mOnMessage(text, header);
   }
+  /// In its language, and from then on as a ready text.
+  void LogMessage(const YLog::MessageHeader& header, const YLog::MessageBody& body) const override {
+    LogMessage(body.GetText(GetLanguageID()), header);
+  }
+  void SetCallstackMessageIDs(const unsigned*, unsigned) override {}
   unsigned short GetLanguageID() const override { return mLanguage; }
   void SetLanguageID(unsigned short language) override { mLanguage = language; }
 

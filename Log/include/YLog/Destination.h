@@ -6,6 +6,7 @@
 
 namespace YLog {
 
+class MessageBody;
 class MessageHeader;
 
 /// Where finished records go: a file, standard error. Clients may bring their own.
@@ -23,6 +24,16 @@ class YLOG_EXPORT Destination : public virtual YBase::ReferenceCounted {
  public:
   /// \pre `text` is not null. Text and header are valid during the call only.
   virtual void LogMessage(const char* text, const MessageHeader& header) const = 0;
+
+  /// A structured message. The library's destinations take its text in their language, `GetLanguageID`, and
+  /// go on as with a ready one. Header and body are valid during the call only.
+  virtual void LogMessage(const MessageHeader& header, const MessageBody& body) const = 0;
+
+  /// The messages, by ID, whose records show the call stack: these instead of those given before. They are
+  /// copied; none takes all away. A message without an ID, 0, never shows one.
+  ///
+  /// \pre `ids` points to `count` IDs, and may be null where there are none.
+  virtual void SetCallstackMessageIDs(const unsigned* ids, unsigned count) = 0;
 
   /// The language of this destination's records; 0, the neutral one, until it is set.
   virtual unsigned short GetLanguageID() const = 0;

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include <YBase/Message.h>
 #include <YBase/ReferenceCounted.h>
 #include <YBase/SmartPtrI.h>
 #include <YDataType/ObjectCollection.h>
@@ -36,6 +37,13 @@ class YLOG_EXPORT Dispatcher : public virtual YBase::ReferenceCounted {
   /// be null. \pre `text` is not null.
   virtual void LogMessage(const Logger& logger, const char* text, unsigned messageID, const char* fileName,
                           const char* funcName, int lineNumber) const = 0;
+
+  /// Hands a structured message to each destination in turn, each of which shows it in its own language. Its
+  /// ID becomes that of the record; there is no source position. Without a destination nothing happens.
+  virtual void LogMessage(const Logger& logger, const YBase::Message& message) const = 0;
+  /// The same, and leaves in `message` the texts that were found for the languages of the destinations. When
+  /// this fails the message stays as it was.
+  virtual void LogMessage(const Logger& logger, YBase::Message& message) const = 0;
 
   /// Replaces the list of destinations, then tells every callback. The new list is in force even when a
   /// callback throws; those after it are then not told. Null entries are kept and skipped.

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include <YBase/Message.h>
 #include <YBase/ReferenceCounted.h>
 #include <YBase/SmartPtrI.h>
 #include <YLog/Dispatcher.h>
@@ -45,6 +46,9 @@ class YLOG_EXPORT Logger : public virtual YBase::ReferenceCounted {
   /// File and function may be null. \pre `text` is not null.
   virtual void LogMessage(unsigned short cookie, const char* text, unsigned messageID, const char* fileName,
                           const char* funcName, int lineNumber) const = 0;
+  /// The same with a structured message; see `Dispatcher::LogMessage`.
+  virtual void LogMessage(unsigned short cookie, const YBase::Message& message) const = 0;
+  virtual void LogMessage(unsigned short cookie, YBase::Message& message) const = 0;
 
   /// The logger's dispatchers: valid as long as the logger.
   virtual DispatcherCollection& Dispatchers() = 0;

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <string>
 
+#include <YBase/Message.h>
 #include <YBase/ReferenceCounted.h>
 #include <YBase/SmartPtrI.h>
 #include <YLog/Dispatcher.h>
@@ -37,6 +38,9 @@ class YLOG_EXPORT Router : public virtual YBase::ReferenceCounted {
   /// \pre `text` is not null.
   virtual void LogMessage(const char* text, unsigned messageID, const char* fileName, const char* funcName,
                           int lineNumber) const = 0;
+  /// The same with a structured message; see `Dispatcher::LogMessage`.
+  virtual void LogMessage(const YBase::Message& message) const = 0;
+  virtual void LogMessage(YBase::Message& message) const = 0;
 
   /// As `Dispatcher::GetMessageTextJSON`. Does not test `mEnabled`.
   virtual void GetMessageTextJSON(const char* text, unsigned messageID, const char* fileName,

@@ -5,9 +5,10 @@
 
 namespace YLog {
 
+class MessageBody;
 class MessageHeader;
 
-/// What a thread keeps from one message to the next: its header and its episode number.
+/// What a thread keeps from one message to the next: its header, its body and its episode number.
 ///
 /// Ownership: belongs to the module, and ends with the thread or the module, whichever comes first.
 ///
@@ -16,6 +17,8 @@ class YLOG_EXPORT ThreadContext : public YSynch::ThreadContext {
  public:
   /// The thread's header; no reference is added.
   virtual MessageHeader* GetMessageHeader() = 0;
+  /// The thread's body; no reference is added.
+  virtual MessageBody* GetMessageBody() = 0;
   /// For reading and writing.
   virtual unsigned long long& GetEpisodeNumber() = 0;
 

@@ -19,6 +19,10 @@ class PrintingDestination final : public YLog::Destination,
   void LogMessage(const char* text, const YLog::MessageHeader& header) const override {
     mLength += std::strlen(text) + std::strlen(header.ToString());
   }
+  void LogMessage(const YLog::MessageHeader& header, const YLog::MessageBody& body) const override {
+    LogMessage(body.GetText(GetLanguageID()), header);
+  }
+  void SetCallstackMessageIDs(const unsigned*, unsigned) override {}
   unsigned short GetLanguageID() const override { return 0; }
   void SetLanguageID(unsigned short) override {}
 

@@ -273,6 +273,8 @@ class RestlessDispatcher final : public YLog::Dispatcher,
   const char* GetName() const override { return mName.c_str(); }
   bool IsEnabled() const override { return false; }
   void LogMessage(const YLog::Logger&, const char*, unsigned, const char*, const char*, int) const override {}
+  void LogMessage(const YLog::Logger&, const YBase::Message&) const override {}
+  void LogMessage(const YLog::Logger&, YBase::Message&) const override {}
   void SetDestinations(const YDataType::ObjectCollection<YLog::Destination>&) override {}
   void RegisterCallback(Callback* callback) override { callback->DispatcherChanged(*this); }
   void UnregisterCallback(const Callback*) noexcept override {}

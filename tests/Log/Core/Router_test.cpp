@@ -147,6 +147,12 @@ class SlowDispatcher final : public YLog::Dispatcher,
                   const char* funcName, int lineNumber) const override {
     mpInner->LogMessage(logger, text, messageID, fileName, funcName, lineNumber);
   }
+  void LogMessage(const YLog::Logger& logger, const YBase::Message& message) const override {
+    mpInner->LogMessage(logger, message);
+  }
+  void LogMessage(const YLog::Logger& logger, YBase::Message& message) const override {
+    mpInner->LogMessage(logger, message);
+  }
   void SetDestinations(const YDataType::ObjectCollection<YLog::Destination>& destinations) override {
     mpInner->SetDestinations(destinations);
   }

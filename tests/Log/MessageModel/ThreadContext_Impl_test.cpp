@@ -38,8 +38,10 @@ TEST_F(ThreadContextImpl, BeginsWithWhatStaysTheSameForTheThread) {
   EXPECT_EQ(0U, mpContext->GetEpisodeNumber());
 }
 
-TEST_F(ThreadContextImpl, KeepsItsHeader) {
+TEST_F(ThreadContextImpl, KeepsItsHeaderAndItsBody) {
   EXPECT_EQ(mpContext->GetMessageHeader(), mpContext->GetMessageHeader());
+  ASSERT_NE(nullptr, mpContext->GetMessageBody());
+  EXPECT_EQ(mpContext->GetMessageBody(), mpContext->GetMessageBody());
 }
 
 TEST_F(ThreadContextImpl, IsMadeOnceForEachThread) {
