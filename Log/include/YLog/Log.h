@@ -4,31 +4,48 @@
 #include <YLog/Router.h>
 #include <YResource/MessageFormatter.h>
 
+// The functions that client code logs with. Each takes what it says from one of two places:
+//
+// - a literal: a text, or a template (`%1` to `%N`) with the arguments inserted into a formatter. The default
+//   beside it is not used: it gives both forms of a function the same shape;
+// - a message ID: the text or template under that ID in the logger's catalogue, `Logger::SetResourceBundle`,
+//   in the language of the process. The default stands in where the catalogue has none, or the logger has no
+//   catalogue, and the numbers of domain and ID ("7/300") where there is no default. The ID goes into the
+//   record.
+//
+// `LogMessage` and `LogString` do nothing while the router is disabled: that costs one test of a byte, and a
+// formatter keeps its arguments. The others log whatever the router's flag says, and throw what they logged.
+//
+// Threads: any; a formatter belongs to its caller.
+//
+// Failure: what the catalogue, the formatter or the router throws goes to the caller, in place of what would
+// have been thrown.
+
 namespace YLog {
 
-/// An empty formatter for the arguments of `LogMessage`.
+/// An empty formatter for the arguments of a message.
 YLOG_EXPORT YResource::MessageFormatter GetMessageFormatter();
 
-/// Fills the formatter's arguments into the template and logs the result; see `LogMessage`.
+/// What the functions below do once they have found the router enabled.
 YLOG_EXPORT void LogFormatted(Router& router, const char* messageTemplate,
                               YResource::MessageFormatter& formatter, const char* fileName,
                               const char* funcName, int lineNumber);
+YLOG_EXPORT void LogFormatted(Router& router, unsigned messageID, YResource::MessageFormatter& formatter,
+                              const char* defaultTemplate, const char* fileName, const char* funcName,
+                              int lineNumber);
+YLOG_EXPORT void LogStringByID(Router& router, unsigned messageID, const char* defaultText,
+                               const char* fileName, const char* funcName, int lineNumber);
 
-/// Logs a text made of a template (`%1` to `%N`) and the arguments inserted into a formatter:
+/// Logs a text made of a template and arguments:
 ///
 ///     YLog::LogMessage(*router, "Order %1 took %2 ms", YLog::GetMessageFormatter() << order << duration);
 ///
-/// While the router is disabled nothing happens, and the formatter keeps its arguments; that costs one test
-/// of a byte. The default template is not used: it gives all forms of this function the same shape.
-///
-/// Threads: any; the formatter belongs to the caller's. \pre `messageTemplate` is not null.
-///
-/// Failure: what the router throws goes to the caller.
+/// \pre `messageTemplate` is not null.
 inline void LogMessage(Router& router, const char* messageTemplate, YResource::MessageFormatter& formatter,
                        [[maybe_unused]] const char* defaultTemplate = nullptr,
                        const char* fileName = __builtin_FILE(), const char* funcName = __builtin_FUNCTION(),
                        int lineNumber = __builtin_LINE()) {
-  // Relaxed: a change may be seen late, and nothing else depends on it.
+  // Relaxed, here and below: a change may be seen late, and nothing else depends on it.
   if (!router.mEnabled.load(std::memory_order_relaxed)) return;
   LogFormatted(router, messageTemplate, formatter, fileName, funcName, lineNumber);
 }
@@ -39,16 +56,65 @@ inline void LogMessage(Router& router, const char* messageTemplate, YResource::M
   LogMessage(router, messageTemplate, formatter, defaultTemplate, fileName, funcName, lineNumber);
 }
 
-/// Logs a text as it is, with the source position of the call. While the router is disabled nothing happens.
-/// The default text is not used. \pre `text` is not null.
+/// Logs the text made of the template under a message ID and arguments:
 ///
-/// Failure: what the router throws goes to the caller.
+///     YLog::LogMessage(*router, ORDER_DONE, YLog::GetMessageFormatter() << order, "Order %1 is done");
+inline void LogMessage(Router& router, unsigned messageID, YResource::MessageFormatter& formatter,
+                       const char* defaultTemplate = nullptr, const char* fileName = __builtin_FILE(),
+                       const char* funcName = __builtin_FUNCTION(), int lineNumber = __builtin_LINE()) {
+  if (!router.mEnabled.load(std::memory_order_relaxed)) return;
+  LogFormatted(router, messageID, formatter, defaultTemplate, fileName, funcName, lineNumber);
+}
+
+inline void LogMessage(Router& router, unsigned messageID, YResource::MessageFormatter&& formatter,
+                       const char* defaultTemplate = nullptr, const char* fileName = __builtin_FILE(),
+                       const char* funcName = __builtin_FUNCTION(), int lineNumber = __builtin_LINE()) {
+  LogMessage(router, messageID, formatter, defaultTemplate, fileName, funcName, lineNumber);
+}
+
+/// Logs a text as it is. \pre `text` is not null.
 inline void LogString(Router& router, const char* text, [[maybe_unused]] const char* defaultText = nullptr,
                       const char* fileName = __builtin_FILE(), const char* funcName = __builtin_FUNCTION(),
                       int lineNumber = __builtin_LINE()) {
-  // Relaxed: as above.
   if (!router.mEnabled.load(std::memory_order_relaxed)) return;
   router.LogMessage(text, 0, fileName, funcName, lineNumber);
 }
+
+/// Logs the text under a message ID as it is.
+inline void LogString(Router& router, unsigned messageID, const char* defaultText = nullptr,
+                      const char* fileName = __builtin_FILE(), const char* funcName = __builtin_FUNCTION(),
+                      int lineNumber = __builtin_LINE()) {
+  if (!router.mEnabled.load(std::memory_order_relaxed)) return;
+  LogStringByID(router, messageID, defaultText, fileName, funcName, lineNumber);
+}
+
+/// Logs as `LogMessage` does, without a source position, and throws the text as a
+/// `YBase::ExceptionImpl<YBase::Message>`. \pre `messageTemplate` is not null.
+[[noreturn]] YLOG_EXPORT void LogMessageAndThrowBaseException(Router& router, const char* messageTemplate,
+                                                              YResource::MessageFormatter& formatter,
+                                                              const char* defaultTemplate = nullptr);
+[[noreturn]] inline void LogMessageAndThrowBaseException(Router& router, const char* messageTemplate,
+                                                         YResource::MessageFormatter&& formatter,
+                                                         const char* defaultTemplate = nullptr) {
+  LogMessageAndThrowBaseException(router, messageTemplate, formatter, defaultTemplate);
+}
+
+/// The same by message ID. What is thrown carries the ID, and the domain `YBase::MESSAGE_DOMAIN_UNKNOWN`.
+[[noreturn]] YLOG_EXPORT void LogMessageAndThrowBaseException(Router& router, unsigned messageID,
+                                                              YResource::MessageFormatter& formatter,
+                                                              const char* defaultTemplate = nullptr);
+[[noreturn]] inline void LogMessageAndThrowBaseException(Router& router, unsigned messageID,
+                                                         YResource::MessageFormatter&& formatter,
+                                                         const char* defaultTemplate = nullptr) {
+  LogMessageAndThrowBaseException(router, messageID, formatter, defaultTemplate);
+}
+
+/// Logs as `LogString` does, without a source position, and throws the text as a
+/// `YBase::ExceptionImpl<YBase::Message>`. \pre `text` is not null.
+[[noreturn]] YLOG_EXPORT void LogStringAndThrowBaseException(Router& router, const char* text);
+
+/// The same by message ID. What is thrown carries the ID, and the domain `YBase::MESSAGE_DOMAIN_UNKNOWN`.
+[[noreturn]] YLOG_EXPORT void LogStringAndThrowBaseException(Router& router, unsigned messageID,
+                                                             const char* defaultText = nullptr);
 
 }  // namespace YLog

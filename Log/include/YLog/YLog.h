@@ -9,6 +9,7 @@
 #include <YLog/Destination_SystemLog.h>
 #include <YLog/Dispatcher.h>
 #include <YLog/Exception.h>
+#include <YLog/Format.h>
 #include <YLog/Initializer.h>
 #include <YLog/Log.h>
 #include <YLog/LogTrace.h>
@@ -18,6 +19,7 @@
 #include <YLog/Module.h>
 #include <YLog/MsgLogTrace.h>
 #include <YLog/Router.h>
+#include <YLog/ScopeGuard.h>
 #include <YLog/SensitiveData.h>
 #include <YLog/ThreadContext.h>
 #include <YLog/ThreadSpecificLogHeaders.h>

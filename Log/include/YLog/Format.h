@@ -1,0 +1,18 @@
+#pragma once
+
+#include <YLog/Export.h>
+#include <YResource/MessageFormat.h>
+
+/// The manipulators of `YResource::MessageFormat`, at hand for those who log:
+///
+///     YLog::LogMessage(*router, "Status %1", YLog::GetMessageFormatter() << YLog::Format::WideHex <<
+///     status);
+namespace YLog::Format {
+
+YLOG_EXPORT extern const YResource::MessageManipulator Dec;
+/// The same as `Dec`: decimal digits have no wide form.
+YLOG_EXPORT extern const YResource::MessageManipulator WideDec;
+YLOG_EXPORT extern const YResource::MessageManipulator Hex;
+YLOG_EXPORT extern const YResource::MessageManipulator WideHex;
+
+}  // namespace YLog::Format
