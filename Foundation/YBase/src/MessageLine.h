@@ -8,7 +8,7 @@ namespace YBase {
 
 class Message;
 
-/// Appends a line for a message so many levels below the root; none where `line` is empty.
+/// Appends the text of a message so many levels below the root, on a line of its own; none where it is empty.
 void AppendMessageLine(std::string& text, std::string_view line, std::size_t level);
 
 /// "12/345".

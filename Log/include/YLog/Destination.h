@@ -35,7 +35,8 @@ class YLOG_EXPORT Destination : public virtual YBase::ReferenceCounted {
   /// \pre `ids` points to `count` IDs, and may be null where there are none.
   virtual void SetCallstackMessageIDs(const unsigned* ids, unsigned count) = 0;
 
-  /// The language of this destination's records; 0, the neutral one, until it is set.
+  /// The language in which this destination shows structured messages; 0, the neutral one, until it is set.
+  /// Messages by ID are texts already when they get here, in the language of the process.
   virtual unsigned short GetLanguageID() const = 0;
   virtual void SetLanguageID(unsigned short language) = 0;
 

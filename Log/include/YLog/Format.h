@@ -9,10 +9,13 @@
 ///     status);
 namespace YLog::Format {
 
+// NOLINTBEGIN(readability-identifier-naming): named like the functions that they point at.
+
 YLOG_EXPORT extern const YResource::MessageManipulator Dec;
 /// The same as `Dec`: decimal digits have no wide form.
 YLOG_EXPORT extern const YResource::MessageManipulator WideDec;
 YLOG_EXPORT extern const YResource::MessageManipulator Hex;
 YLOG_EXPORT extern const YResource::MessageManipulator WideHex;
+// NOLINTEND(readability-identifier-naming)
 
 }  // namespace YLog::Format

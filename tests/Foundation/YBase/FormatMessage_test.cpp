@@ -70,6 +70,14 @@ TEST(FormatMessage, PutsWhatIsNestedOnLinesIndentedByTheirDepth) {
   EXPECT_EQ(Format(top, Catalogue(), GERMAN), "top\n  middle\n    leaf\n  after");
 }
 
+TEST(FormatMessage, IndentsEachLineOfATextThatHasSeveral) {
+  Message message("one\ntwo");
+  message.AddLowerLevelMessage(Message("three\r\n\nfour\n"));
+  message.AddLowerLevelMessage(Message("\nfive"));
+  message.AddLowerLevelMessage(Message("\n"));
+  EXPECT_EQ("one\ntwo\n  three\r\n\n  four\n\n\n  five\n\n", FormatMessage(message, 0));
+}
+
 TEST(FormatMessage, FallsBackToTheNeutralTextAndThenToDomainAndId) {
   Message top = MakeMessage(12, 345, "neutral");
   Message lower = MakeMessage(12, 4294967295);

@@ -8,7 +8,7 @@
 namespace YBase {
 
 /// The text of a whole tree in one language, UTF-8: a line for each message, indented by two blanks a level
-/// for 32 levels.
+/// for 32 levels. Of a text with line breaks each line is indented.
 ///
 /// A message without a text in that language shows its neutral one. One without that shows its domain and ID
 /// ("12/345"); if it has neither, the text of its lowest language, and "0/0" where there is none at all. A

@@ -49,8 +49,9 @@ class YBASE_EXPORT Message {
   void AddLowerLevelMessage(Message message);
 
   /// The neutral text of the whole tree: a line for each message, indented by two blanks a level for 32
-  /// levels. A message without a neutral text shows that of its lowest language, one without any text its
-  /// domain and ID ("12/345") if they are set. What has nothing to show has no line.
+  /// levels; of a text with line breaks each line is. A message without a neutral text shows that of its
+  /// lowest language, one without any text its domain and ID ("12/345") if they are set. What has nothing to
+  /// show has no line.
   ReturnWString GetMessage() const;
 
  private:
