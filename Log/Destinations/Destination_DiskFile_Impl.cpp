@@ -39,7 +39,9 @@ void Destination_DiskFile_Impl::LogMessage(const char* text, const MessageHeader
   RecordText record;
   FormatMultiLineMessageText(header.GetMessageID(), header.ToString(), text, true, record);
 
+  mWaitingWriters.Add();
   const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  mWaitingWriters.Remove();
   try {
     WriteMessage(record.View());
   } catch (const YBase::Message& failure) {
@@ -60,7 +62,7 @@ void Destination_DiskFile_Impl::WriteMessage(std::string_view record) const {
 
 Destination_DiskFile_Impl::Outcome Destination_DiskFile_Impl::TryToWrite(std::string_view record) const {
   YFileSystem::UpdateableFile& file = *mpFile;
-  const YFileSystem::WriteableFile::WriteSmartLock fileLock(file);
+  YFileSystem::WriteableFile::WriteSmartLock fileLock(file);
   const YFileSystem::UpdateableFile::PathState state = file.QueryPath();
   if (!state.mIsThisFile) return Outcome::FILE_GONE;
   if (state.mSize >= mMaximumFileSize) {
@@ -68,6 +70,7 @@ Destination_DiskFile_Impl::Outcome Destination_DiskFile_Impl::TryToWrite(std::st
     return Outcome::ROTATED;
   }
   AppendRecord(file, state.mSize, record);
+  if (mWaitingWriters.MayHaveFileLock()) fileLock.LeaveForNext();
   return Outcome::WRITTEN;
 }
 

@@ -69,6 +69,7 @@ void UpdateableFile_Impl::Close() noexcept {
   // Not repeated: even an interrupted close gives the descriptor back, to whoever opens something next.
   if (mDescriptor != NO_DESCRIPTOR) FileOperations::GetCurrent().Close(mDescriptor);
   mDescriptor = NO_DESCRIPTOR;
+  mbLockIsLeft = false;
 }
 
 /// A lock belongs to the open file, which parent and child would share: each would hold it with the other,
@@ -79,6 +80,7 @@ void UpdateableFile_Impl::AfterForkInChild() noexcept {
 
 void UpdateableFile_Impl::LockForWriting() {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::UpdateableFile_Impl::LockForWriting";
+  if (std::exchange(mbLockIsLeft, false)) return;
   OpenUnlessOpen();
   FileOperations& operations = FileOperations::GetCurrent();
   if (Uninterrupted([&] { return operations.Lock(mDescriptor, LOCK_EX); }) == 0) return;

@@ -7,6 +7,7 @@
 
 #include "ShortWrites.h"
 #include "UpdateableFileTest.h"
+#include "support/ChildProcess.h"
 #include "support/Descriptors.h"
 #include "support/FaultyFileOperations.h"
 #include "support/SmallFileSystem.h"
@@ -226,7 +227,7 @@ class Recorder final : public Support::FileOperationsWrapper {
  public:
   int Lock(int descriptor, int operation) noexcept override {
     mCalls.push_back(operation == LOCK_UN ? "unlock" : "lock");
-    return FileOperationsWrapper::Lock(descriptor, operation);
+    return mbLockInVain ? 0 : FileOperationsWrapper::Lock(descriptor, operation);
   }
   ssize_t Write(int descriptor, const iovec* pieces, int count) noexcept override {
     mCalls.push_back("write " + std::to_string(count));
@@ -261,6 +262,8 @@ class Recorder final : public Support::FileOperationsWrapper {
   std::vector<std::string> TakeCalls() { return std::exchange(mCalls, {}); }
 
   std::chrono::nanoseconds mNow{0};
+  // Where the lock is held by somebody who will not give it back.
+  bool mbLockInVain = false;
 
  private:
   std::vector<std::string> mCalls;
@@ -320,6 +323,30 @@ TEST_F(FileCalls, GiveTheLockBackOnce) {
     lock.Unlock();
   }
   EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("lock", "unlock"));
+}
+
+TEST_F(FileCalls, TakeOverALockThatWasLeft) {
+  const FilePtr file = Open();
+  mRecorder.TakeCalls();
+  for (int holder = 0; holder < 3; ++holder) LockAndLeave(*file);
+  EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("lock"));
+  { const WriteLock last(*file); }
+  EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("unlock"));
+  { const WriteLock next(*file); }
+  EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("lock", "unlock"));
+}
+
+TEST_F(FileCalls, OfAChildTakeALockOfItsOwnWhereTheParentHasLeftOne) {
+  const FilePtr file = Open();
+  LockAndLeave(*file);
+  mRecorder.mbLockInVain = true;
+  Support::ChildProcess child([&] {
+    mRecorder.TakeCalls();
+    { const WriteLock lock(*file); }
+    const auto expected = std::vector<std::string>{"open", "query descriptor", "limit", "lock", "unlock"};
+    return mRecorder.TakeCalls() == expected ? 0 : 1;
+  });
+  EXPECT_EQ(child.Wait(), 0);
 }
 
 TEST_F(FileCalls, CloseTheFileOnce) {

@@ -18,6 +18,7 @@
 #include <YLog/MessageHeader.h>
 
 #include "Log/Destinations/SystemLogCalls.h"
+#include "support/BlockedThread.h"
 #include "support/ChildProcess.h"
 #include "support/New.h"
 #include "support/WaitUntil.h"
@@ -200,32 +201,12 @@ class Barrier {
   std::atomic<bool> mbLeft{false};
 };
 
-/// Runs a function in a thread, and returns when that has to wait for a lock.
-class Blocked {
- public:
-  template <class Function>
-  explicit Blocked(Function function)
-      : mThread([this, function] {
-          mID = Support::ThreadID();
-          function();
-        }) {
-    mbWaits = Support::WaitUntil([this] { return Support::IsWaitingInSystemCall(mID, SYS_futex); });
-  }
-
-  bool Waits() const { return mbWaits; }
-
- private:
-  std::atomic<pid_t> mID{0};
-  bool mbWaits = false;
-  std::jthread mThread;
-};
-
 TEST_F(SystemLogCalls, KeepANameThatIsSetWhileTheFirstRecordComes) {
   Barrier registration(mCalls, "openlog");
   {
     const std::jthread naming([this] { mLog->SetApplicationName("orders"); });
     registration.WaitUntilReached();
-    const Blocked logging([this] { Log(); });
+    const Support::BlockedThread logging([this] { Log(); });
     EXPECT_TRUE(logging.Waits());
     registration.Release();
   }
@@ -238,7 +219,7 @@ TEST_F(SystemLogCalls, SendNoRecordBetweenTwoNames) {
   {
     const std::jthread naming([this] { mLog->SetApplicationName("invoices"); });
     closing.WaitUntilReached();
-    const Blocked logging([this] { Log(); });
+    const Support::BlockedThread logging([this] { Log(); });
     EXPECT_TRUE(logging.Waits());
     closing.Release();
   }
@@ -264,7 +245,7 @@ TEST_F(SystemLogCalls, AreLeftByEveryThreadBeforeAFork) {
   {
     const std::jthread logging([this] { Log(); });
     sending.WaitUntilReached();
-    const Blocked forking(
+    const Support::BlockedThread forking(
         [&] { status = Support::ChildProcess([&] { return sending.IsLeft() ? 0 : 1; }).Wait(); });
     EXPECT_TRUE(forking.Waits());
     EXPECT_FALSE(sending.IsLeft());

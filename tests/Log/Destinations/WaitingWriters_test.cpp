@@ -1,0 +1,159 @@
+#include "Destinations/WaitingWriters.h"
+
+#include <sys/file.h>
+
+#include <algorithm>
+#include <atomic>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <YBase/TextConversion.h>
+#include <YLog/Initializer.h>
+#include <YLog/MessageHeader.h>
+
+#include "Destinations/Destination_DiskFile_Impl.h"
+#include "support/BlockedThread.h"
+#include "support/ChildProcess.h"
+#include "support/FileLock.h"
+#include "support/FileOperationsWrapper.h"
+#include "support/New.h"
+#include "support/ReadFile.h"
+#include "support/TemporaryDirectory.h"
+
+namespace {
+
+using YLog::WaitingWriters;
+
+int TimesInARow(WaitingWriters& writers) {
+  int times = 0;
+  while (writers.MayHaveFileLock()) ++times;
+  return times;
+}
+
+TEST(WaitingWriters, AreNotThereToTakeTheLockWhenNobodyWaits) {
+  const auto writers = std::make_unique<WaitingWriters>();
+  EXPECT_FALSE(writers->MayHaveFileLock());
+  writers->Add();
+  writers->Remove();
+  EXPECT_FALSE(writers->MayHaveFileLock());
+}
+
+TEST(WaitingWriters, TakeTheLockThirtyTwoTimesInARowAndThenLetOthersHaveIt) {
+  const auto writers = std::make_unique<WaitingWriters>();
+  writers->Add();
+  EXPECT_EQ(32, TimesInARow(*writers));
+  EXPECT_EQ(32, TimesInARow(*writers));
+}
+
+TEST(WaitingWriters, BeginARowAnewAfterATurnWithoutAnybodyWaiting) {
+  const auto writers = std::make_unique<WaitingWriters>();
+  writers->Add();
+  EXPECT_TRUE(writers->MayHaveFileLock());
+  writers->Remove();
+  EXPECT_FALSE(writers->MayHaveFileLock());
+  writers->Add();
+  EXPECT_EQ(32, TimesInARow(*writers));
+}
+
+TEST(WaitingWriters, OfTheParentAreNoneOfAChild) {
+  const auto writers = std::make_unique<WaitingWriters>();
+  writers->Add();
+  EXPECT_EQ(0, Support::ChildProcess([&] { return writers->MayHaveFileLock() ? 1 : 0; }).Wait());
+  EXPECT_TRUE(writers->MayHaveFileLock());
+}
+
+/// Counts the calls for the lock of a file, and holds up the first write until it is told to go on.
+class SlowFirstWrite final : public Support::FileOperationsWrapper {
+ public:
+  int Lock(int descriptor, int operation) noexcept override {
+    ++(operation == LOCK_UN ? mUnlocks : mLocks);
+    return FileOperationsWrapper::Lock(descriptor, operation);
+  }
+  ssize_t Write(int descriptor, const iovec* pieces, int count) noexcept override {
+    if (!mbWriting.exchange(true)) {
+      mbWriting.notify_all();
+      mbMayGoOn.wait(false);
+    }
+    return FileOperationsWrapper::Write(descriptor, pieces, count);
+  }
+  void WaitForWrite() const { mbWriting.wait(false); }
+  void GoOn() {
+    mbMayGoOn = true;
+    mbMayGoOn.notify_all();
+  }
+
+  std::atomic<int> mLocks{0};
+  std::atomic<int> mUnlocks{0};
+
+ private:
+  std::atomic<bool> mbWriting{false};
+  std::atomic<bool> mbMayGoOn{false};
+  const Support::ScopedFileOperations mScope{*this};
+};
+
+class WaitingForAFile : public testing::Test {
+ protected:
+  std::filesystem::path Path() const { return mDirectory.Path() / "a.log"; }
+  void Log() const { mDestination->LogMessage("text", *YLog::CreateMessageHeader()); }
+  static long CountRecords(const std::filesystem::path& path) {
+    const auto lines = Support::Lines(Support::ReadFile(path));
+    return std::count_if(lines.begin(), lines.end(), [](auto& line) { return line.ends_with(" text"); });
+  }
+
+  const YLog::Initializer mInitializer;
+  const Support::TemporaryDirectory mDirectory;
+  SlowFirstWrite mOperations;
+  const YBase::SmartPtrI<YLog::Destination_DiskFile_Impl> mDestination =
+      Support::New<YLog::Destination_DiskFile_Impl>(YBase::UTF8ToWideChar(Path().c_str()).c_str());
+};
+
+TEST_F(WaitingForAFile, TakesTheFilesLockOverFromTheOneBefore) {
+  {
+    const std::jthread first([this] { Log(); });
+    mOperations.WaitForWrite();
+    const Support::BlockedThread second([this] { Log(); });
+    EXPECT_TRUE(second.Waits());
+    mOperations.GoOn();
+  }
+  EXPECT_EQ(2, CountRecords(Path()));
+  EXPECT_EQ(1, mOperations.mLocks);
+  EXPECT_EQ(1, mOperations.mUnlocks);
+  EXPECT_TRUE(Support::IsFree(Path()));
+}
+
+TEST_F(WaitingForAFile, OfManyGivesTheLockBackAfterTheLast) {
+  {
+    const std::jthread first([this] { Log(); });
+    mOperations.WaitForWrite();
+    std::vector<std::unique_ptr<Support::BlockedThread>> others;
+    for (int thread = 0; thread < 40; ++thread) {
+      others.push_back(std::make_unique<Support::BlockedThread>([this] { Log(); }));
+    }
+    mOperations.GoOn();
+  }
+  EXPECT_EQ(41, CountRecords(Path()));
+  EXPECT_EQ(2, mOperations.mLocks) << "once more after 33 records, for other processes";
+  EXPECT_EQ(2, mOperations.mUnlocks);
+  EXPECT_TRUE(Support::IsFree(Path()));
+}
+
+TEST_F(WaitingForAFile, FindsItClosedWhereItsPathWasChangedMeanwhile) {
+  const auto newPath = mDirectory.Path() / "b.log";
+  {
+    const std::jthread first([this] { Log(); });
+    mOperations.WaitForWrite();
+    const Support::BlockedThread change(
+        [&] { mDestination->SetFilePath(YBase::UTF8ToWideChar(newPath.c_str()).c_str()); });
+    const Support::BlockedThread second([this] { Log(); });
+    EXPECT_TRUE(change.Waits() && second.Waits());
+    mOperations.GoOn();
+  }
+  EXPECT_EQ(2, CountRecords(Path()) + CountRecords(newPath));
+  EXPECT_TRUE(Support::IsFree(Path()));
+  EXPECT_TRUE(Support::IsFree(newPath));
+}
+
+}  // namespace
