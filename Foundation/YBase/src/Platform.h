@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 /// What each operating system does in its own way. The build picks the one source that fits.
@@ -10,6 +11,9 @@ unsigned long GetThreadID() noexcept;
 
 /// The path of the running program as the system tells it; empty where it does not.
 std::string GetExecutablePath();
+
+/// Whether the address lies in the module that holds this function: the library.
+bool IsInOwnImage(std::uintptr_t address) noexcept;
 
 /// Takes the signal away if it is pending; never waits.
 /// \pre The calling thread blocks it.

@@ -1,13 +1,29 @@
+#include <link.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
 #include <ctime>
+#include <span>
 
 #include "Platform.h"
 
 namespace YBase::Platform {
+namespace {
+
+// The linker puts this at the beginning of the module that it makes.
+extern "C" [[gnu::visibility("hidden")]] const ElfW(Ehdr) gElfHeader __asm__("__ehdr_start");
+
+/// What the linker's addresses have to be moved by: the segment with the header begins at the header.
+std::uintptr_t GetLoadBase(std::span<const ElfW(Phdr)> segments, std::uintptr_t header) noexcept {
+  for (const ElfW(Phdr) & segment : segments) {
+    if (segment.p_type == PT_LOAD && segment.p_offset == 0) return header - segment.p_vaddr;
+  }
+  return header;
+}
+
+}  // namespace
 
 unsigned long GetThreadID() noexcept {
   return static_cast<unsigned long>(::syscall(SYS_gettid));
@@ -22,6 +38,17 @@ std::string GetExecutablePath() {
     path.resize(static_cast<std::size_t>(length));
     return path;
   }
+}
+
+bool IsInOwnImage(std::uintptr_t address) noexcept {
+  const auto header = reinterpret_cast<std::uintptr_t>(&gElfHeader);
+  const std::span segments(reinterpret_cast<const ElfW(Phdr)*>(header + gElfHeader.e_phoff),
+                           gElfHeader.e_phnum);
+  const std::uintptr_t base = GetLoadBase(segments, header);
+  for (const ElfW(Phdr) & segment : segments) {
+    if (segment.p_type == PT_LOAD && address - base - segment.p_vaddr < segment.p_memsz) return true;
+  }
+  return false;
 }
 
 void ConsumePendingSignal(int signalNumber) noexcept {

@@ -1,3 +1,4 @@
+#include <dlfcn.h>
 #include <mach-o/dyld.h>
 #include <pthread.h>
 
@@ -25,6 +26,13 @@ std::string GetExecutablePath() {
   }
   path.resize(std::strlen(path.c_str()));
   return path;
+}
+
+bool IsInOwnImage(std::uintptr_t address) noexcept {
+  Dl_info here;
+  Dl_info there;
+  return ::dladdr(reinterpret_cast<const void*>(&IsInOwnImage), &here) != 0 &&
+         ::dladdr(reinterpret_cast<const void*>(address), &there) != 0 && here.dli_fbase == there.dli_fbase;
 }
 
 void ConsumePendingSignal(int signalNumber) noexcept {

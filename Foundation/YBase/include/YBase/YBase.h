@@ -3,6 +3,7 @@
 #include <YBase/AdvanceMessageCursor.h>
 #include <YBase/Allocator.h>
 #include <YBase/BasicMessageCursor.h>
+#include <YBase/CallStack.h>
 #include <YBase/ConstMessageCursor.h>
 #include <YBase/ExceptionImpl.h>
 #include <YBase/FeatureFlags.h>

@@ -1,0 +1,122 @@
+#include "FrameText.h"
+
+#include <YBase/TextConversion.h>
+#include <cxxabi.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+#include <new>
+
+namespace YBase {
+namespace {
+
+// The demangler takes some 70 bytes of the stack for each character; a thread may have little left.
+constexpr std::size_t LONGEST_NAME_TO_DEMANGLE = 1000;
+// Names made of templates can fill pages. File and line are behind them, and must not be lost from sight.
+constexpr std::size_t LONGEST_FUNCTION_SHOWN = 500;
+
+constexpr std::array LIBRARY_NAMESPACES = {std::string_view("4YLog"),      std::string_view("5YBase"),
+                                           std::string_view("6YSynch"),    std::string_view("9YDataType"),
+                                           std::string_view("9YResource"), std::string_view("11YFileSystem")};
+
+struct Freer {
+  void operator()(char* memory) const noexcept { std::free(memory); }  // NOLINT(cppcoreguidelines-no-malloc)
+};
+
+/// The compiler's mark of what returns a text; no source has it.
+std::string WithoutTags(std::string name) {
+  constexpr std::string_view TAG = "[abi:cxx11]";
+  for (std::size_t at = 0; (at = name.find(TAG, at)) != std::string::npos;) name.erase(at, TAG.size());
+  return name;
+}
+
+/// The name as it stands in a source; the name itself where it cannot be told.
+std::string Demangle(const std::string& name) {
+  if (!IsMangled(name) || name.size() > LONGEST_NAME_TO_DEMANGLE) return name;
+  constexpr int OUT_OF_MEMORY = -1;
+  int status = 0;
+  const std::unique_ptr<char, Freer> text(abi::__cxa_demangle(name.c_str(), nullptr, nullptr, &status));
+  if (status == OUT_OF_MEMORY) throw std::bad_alloc();
+  return text != nullptr ? WithoutTags(text.get()) : name;
+}
+
+bool BreaksLine(wchar_t character) noexcept {
+  return character < L' ' || (character >= 0x7F && character <= 0x9F) || character == 0x2028 ||
+         character == 0x2029;
+}
+
+/// File names may hold anything.
+std::wstring ToOneLine(const std::string& text) {
+  std::wstring line = UTF8ToWideChar(text.c_str());
+  std::replace_if(line.begin(), line.end(), BreaksLine, L' ');
+  return line;
+}
+
+std::wstring DescribeFunction(const std::string& name) {
+  std::wstring function = ToOneLine(Demangle(name));
+  if (function.size() > LONGEST_FUNCTION_SHOWN)
+    function.replace(LONGEST_FUNCTION_SHOWN, std::wstring::npos, L"...");
+  return function;
+}
+
+std::string ToHex(std::uintptr_t number) {
+  std::array<char, std::numeric_limits<std::uintptr_t>::digits / 4> digits;
+  const auto end = std::to_chars(digits.begin(), digits.end(), number, 16).ptr;
+  return "0x" + std::string(digits.begin(), end);
+}
+
+std::wstring DescribePlace(const ModuleOffset& place) {
+  const std::string offset = ToHex(place.offset);
+  if (place.modulePath.empty()) return ToOneLine(offset);
+  return ToOneLine(std::string(GetFileName(place.modulePath)) + '+' + offset);
+}
+
+/// An absolute path may come with the folder of the compilation before it, in debug information of clang.
+std::string WithoutFolderBeforeRoot(const std::string& path) {
+  const std::size_t seam = path.find("//");
+  return seam != std::string::npos ? path.substr(seam + 1) : path;
+}
+
+std::wstring Describe(const SourceFrame& source, const ModuleOffset& place) {
+  const std::wstring function = DescribeFunction(source.function);
+  if (!source.file.empty() && source.line > 0) {
+    const std::wstring position =
+        ToOneLine(WithoutFolderBeforeRoot(source.file)) + L':' + std::to_wstring(source.line);
+    return (function.empty() ? DescribePlace(place) : function) + L" at " + position;
+  }
+  return function.empty() ? DescribePlace(place) : function + L" in " + DescribePlace(place);
+}
+
+}  // namespace
+
+std::string_view GetFileName(std::string_view path) noexcept {
+  return path.substr(path.find_last_of('/') + 1);
+}
+
+bool IsMangled(std::string_view name) noexcept {
+  return name.starts_with("_Z");
+}
+
+bool IsInLibraryNamespace(std::string_view mangledName) noexcept {
+  if (!IsMangled(mangledName)) return false;
+  // What may stand before the outermost name: Z of what is local to a function, N of a nested name, and the
+  // qualifiers of a member function (Itanium C++ ABI, "Mangling").
+  const std::size_t begin = mangledName.find_first_not_of("ZNrVKRO", 2);
+  if (begin == std::string_view::npos ||
+      mangledName.substr(2, begin - 2).find('N') == std::string_view::npos) {
+    return false;
+  }
+  const std::string_view name = mangledName.substr(begin);
+  return std::any_of(LIBRARY_NAMESPACES.begin(), LIBRARY_NAMESPACES.end(),
+                     [name](std::string_view ours) { return name.starts_with(ours); });
+}
+
+StackFrames::Frame MakeFrame(const SourceFrame& source, const ModuleOffset& place) {
+  return {Describe(source, place), IsInLibraryNamespace(source.function)};
+}
+
+}  // namespace YBase

@@ -1,0 +1,63 @@
+#include <unistd.h>
+
+#include <atomic>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include <YBase/CallStack.h>
+#include <YSynch/CriticalSection.h>
+
+#include "support/BusyThreads.h"
+#include "support/ChildProcess.h"
+
+namespace {
+
+using Support::BusyThreads;
+using Support::ChildProcess;
+
+bool TakesStack() {
+  return YBase::CreateCallStack().GetFrameCount() > 6;
+}
+
+/// Whether a child of a fork takes a stack. One that hangs is killed after a minute.
+bool TakesStackInChild() {
+  return ChildProcess([] {
+           alarm(60);
+           return TakesStack() ? 0 : 1;
+         }).Wait() == 0;
+}
+
+TEST(CallStackFork, ChildTakesAStackWhileOthersTakeTheFirstOfTheProcess) {
+  constexpr auto work = [] {
+    std::atomic<bool> isRunning = false;
+    std::thread other([&] {
+      isRunning = true;
+      TakesStack();
+    });
+    while (!isRunning) std::this_thread::yield();
+    const bool succeeds = TakesStackInChild();
+    other.join();
+    return succeeds ? 0 : 1;
+  };
+  // Each round is a process without a stack so far.
+  for (int round = 0; round != 10; ++round) ASSERT_EQ(ChildProcess(work).Wait(), 0);
+}
+
+TEST(CallStackFork, ChildTakesAStackWhileOthersLookUp) {
+  const BusyThreads others(3, TakesStack);
+  for (int round = 0; round != 300; ++round) ASSERT_TRUE(TakesStackInChild());
+}
+
+TEST(CallStackFork, ForkDoesNotWaitForAThreadThatTakesStacksUnderALock) {
+  YSynch::CriticalSection section(YSynch::LOCK_STACK_CATEGORY_OBJECT);
+  const BusyThreads others(2, [&section] {
+    const YSynch::CriticalSection::SmartLock lock(section);
+    TakesStack();
+  });
+  alarm(100);
+  for (int round = 0; round != 200; ++round) ASSERT_TRUE(TakesStackInChild());
+  alarm(0);
+}
+
+}  // namespace

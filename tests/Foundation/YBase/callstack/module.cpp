@@ -1,0 +1,25 @@
+// A module of a client that calls back, through a function that it exports and one that it keeps to itself.
+
+namespace MODULE_NAMESPACE {
+
+volatile int gCalls = 0;
+
+[[gnu::noinline]] void Exported(void (*work)()) {
+  work();
+  gCalls = gCalls + 1;
+}
+
+namespace {
+
+[[gnu::noinline]] void Internal(void (*work)()) {
+  Exported(work);
+  gCalls = gCalls + 1;
+}
+
+}  // namespace
+}  // namespace MODULE_NAMESPACE
+
+extern "C" void RunInModule(void (*work)()) {
+  MODULE_NAMESPACE::Internal(work);
+  MODULE_NAMESPACE::gCalls = MODULE_NAMESPACE::gCalls + 1;
+}

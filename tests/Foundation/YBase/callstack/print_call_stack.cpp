@@ -1,0 +1,48 @@
+// A client's program that prints call stacks: of a static object before main, of main, and of the process's
+// end. Each begins with its name, and where in the program the function that took it begins.
+
+#include <dlfcn.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
+#include <YBase/YBase.h>
+
+namespace orders {
+
+void Print(const char* name, const YBase::CallStack& stack, void (*taker)()) {
+  Dl_info info;
+  dladdr(reinterpret_cast<const void*>(&Print), &info);
+  const auto offset =
+      reinterpret_cast<std::uintptr_t>(taker) - reinterpret_cast<std::uintptr_t>(info.dli_fbase);
+  std::printf("= %s %lx\n", name, static_cast<unsigned long>(offset));
+  for (unsigned i = 0; i != stack.GetFrameCount(); ++i) std::printf("%ls\n", stack.GetFrameDescription(i));
+}
+
+[[gnu::noinline]] void BeforeMain() {
+  Print("before-main", YBase::CreateCallStack(), BeforeMain);
+}
+[[gnu::noinline]] void AtExit() {
+  Print("at-exit", YBase::CreateCallStack(), AtExit);
+}
+
+[[gnu::noinline]] void Serve();
+
+[[gnu::always_inline]] inline YBase::CallStack TakeInline() {
+  return YBase::CreateCallStack();
+}
+
+void Serve() {
+  Print("main", TakeInline(), Serve);
+}
+
+const bool STARTED = (BeforeMain(), true);
+
+}  // namespace orders
+
+int main() {
+  std::atexit(orders::AtExit);
+  orders::Serve();
+  return orders::STARTED ? 0 : 1;
+}
