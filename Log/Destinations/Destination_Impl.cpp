@@ -2,6 +2,8 @@
 
 #include <YLog/MessageBody.h>
 
+#include "Destinations/CallstackText.h"
+
 namespace YLog {
 
 Destination::~Destination() = default;
@@ -22,10 +24,11 @@ void Destination_Impl::SetLanguageID(unsigned short language) {
   mLanguageID.store(language, std::memory_order_relaxed);
 }
 
-void Destination_Impl::FormatMultiLineMessageText(unsigned /*messageID*/, const char* headerText,
+void Destination_Impl::FormatMultiLineMessageText(unsigned messageID, const char* headerText,
                                                   const char* messageText, bool appendNewLine,
                                                   RecordText& record) const {
   AppendMultiLineMessageText(headerText, messageText, record);
+  if (mCallstackMessageIDs.Contains(messageID)) AppendCallstack(record);
   if (appendNewLine && !record.Empty()) record.Append('\n');
 }
 

@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <YLog/Initializer.h>
+#include <YLog/MessageBody.h>
 #include <YLog/MessageHeader.h>
 
 #include "Log/Destinations/SystemLogCalls.h"
@@ -52,6 +53,27 @@ TEST_F(SystemLogCalls, BeginWithTheFirstRecord) {
   Log();
   EXPECT_THAT(Calls(), ElementsAre(REGISTERS_DEFAULT, "syslog(14, %s, text) as Vellatorquine Application",
                                    "syslog(14, %s, text) as Vellatorquine Application"));
+}
+
+TEST_F(SystemLogCalls, CarryTheCallStackOfMessagesThatShowItAndNoLineFeedBehindIt) {
+  constexpr unsigned ID = 300;
+  mLog->SetCallstackMessageIDs(&ID, 1);
+  const SmartPtrI<YLog::MessageHeader> header = YLog::CreateMessageHeader();
+  header->SetMessageID(ID);
+  mLog->LogMessage("text", *header);
+  const std::string call = Calls().at(1);
+  EXPECT_THAT(call, testing::HasSubstr(" text\n--------- callstack ---------\n"));
+  EXPECT_THAT(call, testing::HasSubstr("\n-----------------------------) as "));
+}
+
+TEST_F(SystemLogCalls, ShowStructuredMessagesInTheLanguageOfTheDestination) {
+  YBase::Message message("disk full");
+  message.SetLocalizedText(0x0407, "Platte voll");
+  const auto body = YLog::CreateMessageBody();
+  body->SetMessage(message);
+  mLog->SetLanguageID(0x0407);
+  mLog->LogMessage(*YLog::CreateMessageHeader(), *body);
+  EXPECT_THAT(Calls().at(1), testing::HasSubstr(" Platte voll) as "));
 }
 
 TEST_F(SystemLogCalls, RegisterTheNameAtOnce) {

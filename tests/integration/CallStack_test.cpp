@@ -1,0 +1,83 @@
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/LogFiles.h"
+#include "support/TemporaryDirectory.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
+
+struct RecordWithStack {
+  std::string text;
+  std::vector<std::string> frames;
+};
+
+/// What the program logs.
+std::vector<RecordWithStack> RunClient(const std::string& program) {
+  const Support::TemporaryDirectory directory;
+  const std::filesystem::path path = directory.Path() / "a.log";
+  EXPECT_EQ(0, std::system((program + " " + path.string()).c_str()));
+  std::vector<RecordWithStack> records;
+  bool inStack = false;
+  for (const std::string& line : Support::ReadLogFiles(path).mLines) {
+    if (line == "--------- callstack ---------") {
+      inStack = true;
+    } else if (line == "-----------------------------") {
+      inStack = false;
+    } else if (inStack) {
+      records.back().frames.push_back(line);
+    } else {
+      records.push_back({Support::TextOf(line), {}});
+    }
+  }
+  return records;
+}
+
+std::vector<std::string> TextsOf(const std::vector<RecordWithStack>& records) {
+  std::vector<std::string> texts;
+  for (const RecordWithStack& record : records) texts.push_back(record.text);
+  return texts;
+}
+
+/// How the client was compiled: with and without optimisation and debug information.
+class CallStackOfClient : public testing::TestWithParam<const char*> {};
+
+TEST_P(CallStackOfClient, BeginsWithTheFunctionThatLogged) {
+  const auto records = RunClient(GetParam());
+  EXPECT_THAT(TextsOf(records), ElementsAre("LogMessageByID", "LogStringByID", "LogMessageAndThrow",
+                                            "LogStringAndThrow", "LogByRouter", "LogStructuredByRouter"));
+  for (const RecordWithStack& record : records) {
+    ASSERT_THAT(record.frames, Not(IsEmpty()));
+    EXPECT_THAT(record.frames.front(), StartsWith("orders::" + record.text + "(YLog::Router&) "));
+    EXPECT_THAT(record.frames.at(1), StartsWith("main "));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Built, CallStackOfClient,
+                         testing::Values(OPTIMISED, OPTIMISED_WITHOUT_LINES, UNOPTIMISED,
+                                         UNOPTIMISED_WITHOUT_LINES),
+                         [](const auto& instance) {
+                           const std::string program = instance.param;
+                           return program.substr(program.rfind("log_call_stacks_") + 16);
+                         });
+
+TEST(CallStackOfStrippedClient, BeginsWithAPlaceInTheProgram) {
+  const auto records = RunClient(STRIPPED);
+  EXPECT_THAT(records, SizeIs(6));
+  for (const RecordWithStack& record : records) {
+    ASSERT_THAT(record.frames, Not(IsEmpty()));
+    EXPECT_THAT(record.frames.front(), StartsWith("log_call_stacks_stripped+0x"));
+  }
+}
+
+}  // namespace
