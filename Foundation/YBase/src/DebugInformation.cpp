@@ -7,6 +7,8 @@
 #include <new>
 #include <utility>
 
+#include "BuildID.h"
+
 namespace YBase {
 namespace {
 
@@ -48,6 +50,11 @@ void SetSymbol(void* data, std::uintptr_t, const char* name, std::uintptr_t, std
   }
 }
 
+/// Where the reader finds a module. The program's own file, even if another has taken its place.
+const char* GetFilePath(const LoadedModule& module) noexcept {
+  return module.path.empty() ? "/proc/self/exe" : module.path.c_str();
+}
+
 }  // namespace
 
 bool DebugInformation::FileState::operator==(const FileState& other) const noexcept {
@@ -56,10 +63,8 @@ bool DebugInformation::FileState::operator==(const FileState& other) const noexc
 }
 
 DebugInformation::FileState DebugInformation::GetFileState(const LoadedModule& module) noexcept {
-  // The program's own file, even if another has taken its place.
-  const char* const path = module.path.empty() ? "/proc/self/exe" : module.path.c_str();
   struct stat status;
-  if (::stat(path, &status) != 0) return {};
+  if (::stat(GetFilePath(module), &status) != 0) return {};
   return {status.st_dev, status.st_ino, status.st_size, status.st_ctim};
 }
 
@@ -83,7 +88,9 @@ void DebugInformation::Open() {
   std::vector<KnownModule> known;
   for (LoadedModule& module : GetLoadedModules()) {
     const FileState file = GetFileState(module);
-    if (file != FileState()) known.push_back({std::move(module), file});
+    // An upgrade may have put another build in the place of the one that is running.
+    const bool isThere = file != FileState() && ReadBuildID(GetFilePath(module)) == module.buildID;
+    if (isThere) known.push_back({std::move(module), file});
   }
   // One thread at a time is let in here.
   constexpr int NOT_THREADED = 0;
@@ -96,8 +103,8 @@ void DebugInformation::Open() {
   mKnownModules = std::move(known);
 }
 
-/// A module at the same place and of the same file is the same module, unless it was unloaded and its file
-/// exchanged before it came back.
+/// A module at the same place and of the same build is the same module. Not every build has an ID: without
+/// one, it may have been unloaded and its file exchanged before it came back.
 bool DebugInformation::Knows(const LoadedModule& module) const noexcept {
   const auto known =
       std::find_if(mKnownModules.begin(), mKnownModules.end(),

@@ -58,15 +58,17 @@ std::wstring ToOneLine(const std::string& text) {
 
 std::wstring DescribeFunction(const std::string& name) {
   std::wstring function = ToOneLine(Demangle(name));
-  if (function.size() > LONGEST_FUNCTION_SHOWN)
-    function.replace(LONGEST_FUNCTION_SHOWN, std::wstring::npos, L"...");
+  if (function.size() > LONGEST_FUNCTION_SHOWN) {
+    function.resize(LONGEST_FUNCTION_SHOWN);
+    function += L"...";
+  }
   return function;
 }
 
 std::string ToHex(std::uintptr_t number) {
   std::array<char, std::numeric_limits<std::uintptr_t>::digits / 4> digits;
-  const auto end = std::to_chars(digits.begin(), digits.end(), number, 16).ptr;
-  return "0x" + std::string(digits.begin(), end);
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number, 16);
+  return "0x" + std::string(digits.data(), end.ptr);
 }
 
 std::wstring DescribePlace(const ModuleOffset& place) {

@@ -8,8 +8,12 @@
 #include <string_view>
 #include <utility>
 
+#include "BuildID.h"
+
 namespace YBase {
 namespace {
+
+using Segment = ElfW(Phdr);
 
 /// Calls `visit` with one module after the other until it returns false.
 template <class Visit>
@@ -34,7 +38,7 @@ void VisitModules(Visit visit) {
 
 bool Holds(const dl_phdr_info& module, std::uintptr_t address) noexcept {
   const std::span segments(module.dlpi_phdr, module.dlpi_phnum);
-  return std::any_of(segments.begin(), segments.end(), [&](const ElfW(Phdr) & segment) {
+  return std::any_of(segments.begin(), segments.end(), [&](const Segment& segment) {
     return segment.p_type == PT_LOAD && address - module.dlpi_addr - segment.p_vaddr < segment.p_memsz;
   });
 }
@@ -44,7 +48,7 @@ std::string_view GetPath(const dl_phdr_info& module) noexcept {
 }
 
 LoadedModule Describe(const dl_phdr_info& module) {
-  return {std::string(GetPath(module)), module.dlpi_addr};
+  return {std::string(GetPath(module)), module.dlpi_addr, GetBuildID(module)};
 }
 
 }  // namespace

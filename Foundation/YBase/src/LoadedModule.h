@@ -11,6 +11,7 @@ namespace YBase {
 struct LoadedModule {
   std::string path;         // As the loader knows it; empty for the program.
   std::uintptr_t base = 0;  // What the linker's addresses are moved by.
+  std::string buildID;      // Empty where the linker gave none.
 
   bool operator==(const LoadedModule&) const = default;
 };

@@ -2,8 +2,10 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <ctime>
 #include <span>
 
@@ -12,12 +14,14 @@
 namespace YBase::Platform {
 namespace {
 
+using Segment = ElfW(Phdr);
+
 // The linker puts this at the beginning of the module that it makes.
 extern "C" [[gnu::visibility("hidden")]] const ElfW(Ehdr) gElfHeader __asm__("__ehdr_start");
 
 /// What the linker's addresses have to be moved by: the segment with the header begins at the header.
-std::uintptr_t GetLoadBase(std::span<const ElfW(Phdr)> segments, std::uintptr_t header) noexcept {
-  for (const ElfW(Phdr) & segment : segments) {
+std::uintptr_t GetLoadBase(std::span<const Segment> segments, std::uintptr_t header) noexcept {
+  for (const Segment& segment : segments) {
     if (segment.p_type == PT_LOAD && segment.p_offset == 0) return header - segment.p_vaddr;
   }
   return header;
@@ -41,14 +45,12 @@ std::string GetExecutablePath() {
 }
 
 bool IsInOwnImage(std::uintptr_t address) noexcept {
-  const auto header = reinterpret_cast<std::uintptr_t>(&gElfHeader);
-  const std::span segments(reinterpret_cast<const ElfW(Phdr)*>(header + gElfHeader.e_phoff),
-                           gElfHeader.e_phnum);
-  const std::uintptr_t base = GetLoadBase(segments, header);
-  for (const ElfW(Phdr) & segment : segments) {
-    if (segment.p_type == PT_LOAD && address - base - segment.p_vaddr < segment.p_memsz) return true;
-  }
-  return false;
+  const auto* const header = reinterpret_cast<const std::byte*>(&gElfHeader);
+  const std::span segments(reinterpret_cast<const Segment*>(header + gElfHeader.e_phoff), gElfHeader.e_phnum);
+  const std::uintptr_t base = GetLoadBase(segments, reinterpret_cast<std::uintptr_t>(header));
+  return std::any_of(segments.begin(), segments.end(), [=](const Segment& segment) {
+    return segment.p_type == PT_LOAD && address - base - segment.p_vaddr < segment.p_memsz;
+  });
 }
 
 void ConsumePendingSignal(int signalNumber) noexcept {

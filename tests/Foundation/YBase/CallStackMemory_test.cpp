@@ -61,7 +61,7 @@ TEST(CallStackMemory, FortyThreadsNeedNoMoreThanOne) {
   RecordProperty("first_stack_kib", static_cast<int>(GetResidentKiB() - before));
   const long gain = GetGainOfFortyThreadsKiB();
   RecordProperty("forty_threads_kib", static_cast<int>(gain));
-  // A page or two of each: 50 KiB would be one reader for each of them.
+  // Some pages each; a reader of debug information for each of them would be megabytes.
   EXPECT_LT(gain, 40L * 50);
 }
 

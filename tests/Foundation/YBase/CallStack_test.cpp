@@ -1,6 +1,7 @@
 #include <pthread.h>
 
 #include <algorithm>
+#include <atomic>
 #include <latch>
 #include <string>
 #include <thread>
@@ -17,7 +18,7 @@
 // stacks without debug information finds no other names.
 namespace orders {
 
-volatile int gCalls = 0;
+std::atomic<int> gCalls = 0;
 
 [[gnu::noinline]] YBase::CallStack Take() {
   YBase::CallStack stack = YBase::CreateCallStack();

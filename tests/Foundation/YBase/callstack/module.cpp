@@ -1,8 +1,10 @@
 // A module of a client that calls back, through a function that it exports and one that it keeps to itself.
 
+#include <atomic>
+
 namespace MODULE_NAMESPACE {
 
-volatile int gCalls = 0;
+std::atomic<int> gCalls = 0;
 
 [[gnu::noinline]] void Exported(void (*work)()) {
   work();

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <dlfcn.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <YBase/CallStack.h>
+
+#include "CallStackText.h"
+
+/// A module that calls back, loaded as long as this exists.
+class CallStackModule {
+ public:
+  explicit CallStackModule(const std::filesystem::path& path) : mpHandle(dlopen(path.c_str(), RTLD_NOW)) {
+    if (mpHandle == nullptr) throw std::runtime_error(dlerror());
+    mpRun = reinterpret_cast<void (*)(void (*)())>(dlsym(mpHandle, "RunInModule"));
+  }
+  ~CallStackModule() { dlclose(mpHandle); }
+  CallStackModule(const CallStackModule&) = delete;
+  CallStackModule& operator=(const CallStackModule&) = delete;
+
+  void* Address() const { return reinterpret_cast<void*>(mpRun); }
+
+  /// What stands in a stack that a function called by the module takes.
+  std::vector<std::string> GetFrames() const {
+    thread_local YBase::CallStack sStack;
+    mpRun([] { sStack = YBase::CreateCallStack(); });
+    return GetShownFrames(std::exchange(sStack, {}));
+  }
+
+ private:
+  void* mpHandle;
+  void (*mpRun)(void (*)());
+};
