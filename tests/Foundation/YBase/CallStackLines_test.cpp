@@ -34,7 +34,7 @@ TEST(CallStackLines, ShowsFunctionsAndLinesWhereThereIsDebugInformation) {
   EXPECT_THAT(frames["= at-exit "], MatchesRegex(R"(orders::AtExit\(\) at /.*print_call_stack\.cpp:[0-9]+)"));
 }
 
-TEST(CallStackLines, ShowsInlinedFunctionsBeforeTheOneTheyStandIn) {
+TEST(CallStackLines, ShowsInlinedFunctionsOfTheClientBeforeTheOneTheyStandIn) {
   const auto stacks = RunProgram(LINES_PROGRAM);
   const std::vector<std::string>& frames = stacks.at("= main ").frames;
   EXPECT_THAT(frames.at(6), StartsWith("orders::TakeInline() at "));

@@ -9,6 +9,16 @@
 
 #include <YBase/YBase.h>
 
+// Like the library's thin wrappers, whose code the compiler puts into the client's functions.
+namespace YLog {
+
+template <class T>
+[[gnu::always_inline]] inline YBase::CallStack TakeInHeader(T) {
+  return YBase::CreateCallStack();
+}
+
+}  // namespace YLog
+
 namespace orders {
 
 void Print(const char* name, const YBase::CallStack& stack, void (*taker)()) {
@@ -30,7 +40,7 @@ void Print(const char* name, const YBase::CallStack& stack, void (*taker)()) {
 [[gnu::noinline]] void Serve();
 
 [[gnu::always_inline]] inline YBase::CallStack TakeInline() {
-  return YBase::CreateCallStack();
+  return YLog::TakeInHeader(1);
 }
 
 void Serve() {
