@@ -16,6 +16,9 @@
 // `LogMessage` and `LogString` do nothing while the router is disabled: that costs one test of a byte, and a
 // formatter keeps its arguments. The others log whatever the router's flag says, and throw what they logged.
 //
+// Those that are inline are so without optimisation, too: a call stack begins with the function that calls
+// them.
+//
 // Threads: any; a formatter belongs to its caller.
 //
 // Failure: what the catalogue, the formatter or the router throws goes to the caller, in place of what would
@@ -41,49 +44,64 @@ YLOG_EXPORT void LogStringByID(Router& router, unsigned messageID, const char* d
 ///     YLog::LogMessage(*router, "Order %1 took %2 ms", YLog::GetMessageFormatter() << order << duration);
 ///
 /// \pre `messageTemplate` is not null.
-inline void LogMessage(Router& router, const char* messageTemplate, YResource::MessageFormatter& formatter,
-                       [[maybe_unused]] const char* defaultTemplate = nullptr,
-                       const char* fileName = __builtin_FILE(), const char* funcName = __builtin_FUNCTION(),
-                       int lineNumber = __builtin_LINE()) {
+[[gnu::always_inline]] inline void LogMessage(Router& router, const char* messageTemplate,
+                                              YResource::MessageFormatter& formatter,
+                                              [[maybe_unused]] const char* defaultTemplate = nullptr,
+                                              const char* fileName = __builtin_FILE(),
+                                              const char* funcName = __builtin_FUNCTION(),
+                                              int lineNumber = __builtin_LINE()) {
   // Relaxed, here and below: a change may be seen late, and nothing else depends on it.
   if (!router.mEnabled.load(std::memory_order_relaxed)) return;
   LogFormatted(router, messageTemplate, formatter, fileName, funcName, lineNumber);
 }
 
-inline void LogMessage(Router& router, const char* messageTemplate, YResource::MessageFormatter&& formatter,
-                       const char* defaultTemplate = nullptr, const char* fileName = __builtin_FILE(),
-                       const char* funcName = __builtin_FUNCTION(), int lineNumber = __builtin_LINE()) {
+[[gnu::always_inline]] inline void LogMessage(Router& router, const char* messageTemplate,
+                                              YResource::MessageFormatter&& formatter,
+                                              const char* defaultTemplate = nullptr,
+                                              const char* fileName = __builtin_FILE(),
+                                              const char* funcName = __builtin_FUNCTION(),
+                                              int lineNumber = __builtin_LINE()) {
   LogMessage(router, messageTemplate, formatter, defaultTemplate, fileName, funcName, lineNumber);
 }
 
 /// Logs the text made of the template under a message ID and arguments:
 ///
 ///     YLog::LogMessage(*router, ORDER_DONE, YLog::GetMessageFormatter() << order, "Order %1 is done");
-inline void LogMessage(Router& router, unsigned messageID, YResource::MessageFormatter& formatter,
-                       const char* defaultTemplate = nullptr, const char* fileName = __builtin_FILE(),
-                       const char* funcName = __builtin_FUNCTION(), int lineNumber = __builtin_LINE()) {
+[[gnu::always_inline]] inline void LogMessage(Router& router, unsigned messageID,
+                                              YResource::MessageFormatter& formatter,
+                                              const char* defaultTemplate = nullptr,
+                                              const char* fileName = __builtin_FILE(),
+                                              const char* funcName = __builtin_FUNCTION(),
+                                              int lineNumber = __builtin_LINE()) {
   if (!router.mEnabled.load(std::memory_order_relaxed)) return;
   LogFormatted(router, messageID, formatter, defaultTemplate, fileName, funcName, lineNumber);
 }
 
-inline void LogMessage(Router& router, unsigned messageID, YResource::MessageFormatter&& formatter,
-                       const char* defaultTemplate = nullptr, const char* fileName = __builtin_FILE(),
-                       const char* funcName = __builtin_FUNCTION(), int lineNumber = __builtin_LINE()) {
+[[gnu::always_inline]] inline void LogMessage(Router& router, unsigned messageID,
+                                              YResource::MessageFormatter&& formatter,
+                                              const char* defaultTemplate = nullptr,
+                                              const char* fileName = __builtin_FILE(),
+                                              const char* funcName = __builtin_FUNCTION(),
+                                              int lineNumber = __builtin_LINE()) {
   LogMessage(router, messageID, formatter, defaultTemplate, fileName, funcName, lineNumber);
 }
 
 /// Logs a text as it is. \pre `text` is not null.
-inline void LogString(Router& router, const char* text, [[maybe_unused]] const char* defaultText = nullptr,
-                      const char* fileName = __builtin_FILE(), const char* funcName = __builtin_FUNCTION(),
-                      int lineNumber = __builtin_LINE()) {
+[[gnu::always_inline]] inline void LogString(Router& router, const char* text,
+                                             [[maybe_unused]] const char* defaultText = nullptr,
+                                             const char* fileName = __builtin_FILE(),
+                                             const char* funcName = __builtin_FUNCTION(),
+                                             int lineNumber = __builtin_LINE()) {
   if (!router.mEnabled.load(std::memory_order_relaxed)) return;
   router.LogMessage(text, 0, fileName, funcName, lineNumber);
 }
 
 /// Logs the text under a message ID as it is.
-inline void LogString(Router& router, unsigned messageID, const char* defaultText = nullptr,
-                      const char* fileName = __builtin_FILE(), const char* funcName = __builtin_FUNCTION(),
-                      int lineNumber = __builtin_LINE()) {
+[[gnu::always_inline]] inline void LogString(Router& router, unsigned messageID,
+                                             const char* defaultText = nullptr,
+                                             const char* fileName = __builtin_FILE(),
+                                             const char* funcName = __builtin_FUNCTION(),
+                                             int lineNumber = __builtin_LINE()) {
   if (!router.mEnabled.load(std::memory_order_relaxed)) return;
   LogStringByID(router, messageID, defaultText, fileName, funcName, lineNumber);
 }
@@ -93,9 +111,9 @@ inline void LogString(Router& router, unsigned messageID, const char* defaultTex
 [[noreturn]] YLOG_EXPORT void LogMessageAndThrowBaseException(Router& router, const char* messageTemplate,
                                                               YResource::MessageFormatter& formatter,
                                                               const char* defaultTemplate = nullptr);
-[[noreturn]] inline void LogMessageAndThrowBaseException(Router& router, const char* messageTemplate,
-                                                         YResource::MessageFormatter&& formatter,
-                                                         const char* defaultTemplate = nullptr) {
+[[noreturn, gnu::always_inline]] inline void LogMessageAndThrowBaseException(
+    Router& router, const char* messageTemplate, YResource::MessageFormatter&& formatter,
+    const char* defaultTemplate = nullptr) {
   LogMessageAndThrowBaseException(router, messageTemplate, formatter, defaultTemplate);
 }
 
@@ -103,9 +121,9 @@ inline void LogString(Router& router, unsigned messageID, const char* defaultTex
 [[noreturn]] YLOG_EXPORT void LogMessageAndThrowBaseException(Router& router, unsigned messageID,
                                                               YResource::MessageFormatter& formatter,
                                                               const char* defaultTemplate = nullptr);
-[[noreturn]] inline void LogMessageAndThrowBaseException(Router& router, unsigned messageID,
-                                                         YResource::MessageFormatter&& formatter,
-                                                         const char* defaultTemplate = nullptr) {
+[[noreturn, gnu::always_inline]] inline void LogMessageAndThrowBaseException(
+    Router& router, unsigned messageID, YResource::MessageFormatter&& formatter,
+    const char* defaultTemplate = nullptr) {
   LogMessageAndThrowBaseException(router, messageID, formatter, defaultTemplate);
 }
 

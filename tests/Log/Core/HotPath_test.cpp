@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include <YLog/YLog.h>
+#include <YResource/MemoryBundle.h>
 
 #include "support/AllocationCounter.h"
 #include "support/New.h"
@@ -52,6 +53,41 @@ TEST(HotPath, AllocatesNothingOnceTheThreadHasLogged) {
   EXPECT_EQ(afterFirst, GetAllocationCount());
   EXPECT_GT(afterFirst, atStart) << "allocations are to be counted inside the library, too";
   EXPECT_GT(destination->GetLength(), 2'000U * 200U);
+}
+
+/// How often a thread that has logged before allocates for one more message like that.
+unsigned long CountAllocations(auto log) {
+  log();
+  const unsigned long before = GetAllocationCount();
+  log();
+  return GetAllocationCount() - before;
+}
+
+TEST(HotPath, AllocatesTheTextOfACatalogueAlone) {
+  const YLog::Initializer initializer;
+  const auto bundle = YResource::CreateMemoryBundle(7);
+  bundle->SetText(300, 0, "Order %1, longer than a short string");
+  const auto router = YLog::CreateRouter("Kernel", "Error", YSynch::LOCK_STACK_CATEGORY_OBJECT);
+  router->GetLogger()->SetResourceBundle(bundle.Get());
+  router->GetDispatcher()->SetDestinations(Destinations({New<PrintingDestination>()}));
+  for (const unsigned id : {300U, 301U}) {
+    EXPECT_EQ(
+        1U, CountAllocations([&] { YLog::LogString(*router, id, "A default longer than a short string"); }));
+    EXPECT_EQ(1U, CountAllocations([&] {
+                YLog::LogMessage(*router, id, YLog::GetMessageFormatter() << 17,
+                                 "A default longer than a short string: %1");
+              }));
+  }
+}
+
+TEST(HotPath, AllocatesNothingWhileTheRouterIsDisabled) {
+  const YLog::Initializer initializer;
+  const auto router = YLog::CreateRouter("Kernel", "Error", YSynch::LOCK_STACK_CATEGORY_OBJECT);
+  EXPECT_EQ(0U, CountAllocations([&] {
+              YLog::LogString(*router, 300);
+              YLog::LogMessage(*router, 300, YLog::GetMessageFormatter() << 17);
+              const YLog::ScopeGuard guard(*router, "Run", "job.cpp", 42);
+            }));
 }
 
 }  // namespace

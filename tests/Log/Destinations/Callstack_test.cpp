@@ -12,6 +12,7 @@
 
 namespace {
 
+using testing::AnyOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
@@ -55,9 +56,9 @@ TEST_F(Callstack, HasAFrameALineBeginningWithTheCaller) {
   mFile->LogMessage("text", *mHeader);
   const std::string content = Content();
   const std::string firstFrame = content.substr(content.find(BEGINNING) + BEGINNING.size());
-  EXPECT_THAT(firstFrame.substr(0, firstFrame.find('\n')), HasSubstr("Callstack"));
+  // By its name, or by its place where nobody can read that.
+  EXPECT_THAT(firstFrame, AnyOf(StartsWith("(anonymous namespace)::Callstack"), StartsWith("log_tests+0x")));
   EXPECT_THAT(content, Not(HasSubstr("\n\n")));
-  EXPECT_THAT(content, HasSubstr("\nmain "));
 }
 
 TEST_F(Callstack, IsNotShownForOtherMessages) {
