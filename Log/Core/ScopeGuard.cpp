@@ -1,5 +1,6 @@
 #include <YLog/ScopeGuard.h>
 
+#include <YBase/CancellationGuard.h>
 #include <YLog/Format.h>
 #include <YLog/Log.h>
 
@@ -19,6 +20,7 @@ void LogTrace(Router& router, const char* messageTemplate, YResource::MessageFor
 }  // namespace
 
 void ScopeGuard::LogEnter() const noexcept {
+  const YBase::CancellationGuard cancellationGuard;
   try {
     YResource::MessageFormatter formatter = GetMessageFormatter();
     formatter << mFuncName << mFileName << mLineNumber;
@@ -31,6 +33,7 @@ void ScopeGuard::LogEnter() const noexcept {
 void ScopeGuard::LogLeave() const noexcept {
   // Relaxed: a change may be seen late, and nothing else depends on it.
   if (!mpRouter->mEnabled.load(std::memory_order_relaxed)) return;
+  const YBase::CancellationGuard cancellationGuard;
   try {
     YResource::MessageFormatter formatter = GetMessageFormatter();
     formatter << mFuncName << mFileName << mLineNumber;

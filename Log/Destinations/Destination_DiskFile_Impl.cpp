@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 
+#include <YBase/CancellationGuard.h>
 #include <YBase/ExceptionImpl.h>
 #include <YBase/Message.h>
 #include <YBase/NumberText.h>
@@ -39,6 +40,8 @@ void Destination_DiskFile_Impl::LogMessage(const char* text, const MessageHeader
   RecordText record;
   FormatMultiLineMessageText(header.GetMessageID(), header.ToString(), text, true, record);
 
+  // Nor inside a record, or with the file's lock held.
+  const YBase::CancellationGuard cancellationGuard;
   mWaitingWriters.Add();
   const YSynch::CriticalSection::SmartLock lock(*mpLock);
   mWaitingWriters.Remove();
@@ -178,6 +181,7 @@ void Destination_DiskFile_Impl::ThrowRaceCondition() const {
 void Destination_DiskFile_Impl::SetFilePath(const wchar_t* path) {
   assert(path != nullptr);
   const std::wstring newPath = path != nullptr ? path : L"";
+  const YBase::CancellationGuard cancellationGuard;
   const YSynch::CriticalSection::SmartLock lock(*mpLock);
   if (newPath == mFilePath) return;
   mFilePath = newPath;

@@ -2,7 +2,7 @@
 
 #include <YLog/MessageBody.h>
 
-#include "Destinations/CallstackText.h"
+#include "Destinations/CallStackText.h"
 
 namespace YLog {
 
@@ -28,7 +28,7 @@ void Destination_Impl::FormatMultiLineMessageText(unsigned messageID, const char
                                                   const char* messageText, bool appendNewLine,
                                                   RecordText& record) const {
   AppendMultiLineMessageText(headerText, messageText, record);
-  if (mCallstackMessageIDs.Contains(messageID)) AppendCallstack(record);
+  if (mCallstackMessageIDs.Contains(messageID)) AppendCallStack(record);
   if (appendNewLine && !record.Empty()) record.Append('\n');
 }
 

@@ -23,11 +23,13 @@ namespace YLog {
 ///
 /// Threads: belongs to one.
 ///
-/// Failure: none. A record that cannot be made or logged is left out, and the traced code goes on.
+/// Failure: none. A record that cannot be made or logged is left out, and the traced code goes on. A thread
+/// that is cancelled meanwhile ends behind the record.
 class YLOG_EXPORT ScopeGuard {
  public:
   /// Logs "Enter 'Run' near job.cpp(42)". Without a function name, null, nothing is traced.
-  ScopeGuard(Router& router, const char* funcName, const char* fileName, unsigned short lineNumber) noexcept
+  [[nodiscard]] ScopeGuard(Router& router, const char* funcName, const char* fileName,
+                           unsigned short lineNumber) noexcept
       : mFuncName(funcName),
         mFileName(fileName),
         // Relaxed: a change may be seen late, and nothing else depends on it.
@@ -37,8 +39,8 @@ class YLOG_EXPORT ScopeGuard {
   }
 
   /// A wide name is not shown: a remark that narrow ones are stands in its place.
-  ScopeGuard(Router& router, const wchar_t* /*funcName*/, const char* fileName,
-             unsigned short lineNumber) noexcept
+  [[nodiscard]] ScopeGuard(Router& router, const wchar_t* /*funcName*/, const char* fileName,
+                           unsigned short lineNumber) noexcept
       : ScopeGuard(router, "[use char* as function name to see it]", fileName, lineNumber) {}
 
   /// Logs "Leave 'Run' near job.cpp(57) with 0x00000005", or without the code where none was given.

@@ -1,5 +1,7 @@
 #include <YLog/ScopeGuard.h>
 
+#include <pthread.h>
+
 #include <limits>
 #include <stdexcept>
 #include <string>
@@ -7,6 +9,7 @@
 
 #include <YLog/YLog.h>
 
+#include "support/CancelledThread.h"
 #include "support/New.h"
 #include "support/RecordingDestination.h"
 
@@ -156,6 +159,17 @@ TEST_F(ScopeGuard, LogsTheEndWhileAnExceptionPasses) {
     throw std::logic_error("the client's own");
   };
   EXPECT_THROW(run(), std::logic_error);
+  EXPECT_THAT(Texts(), ElementsAre("Enter 'Run' near job(42)", "Leave 'Run' near job(42)"));
+}
+
+TEST_F(ScopeGuard, LogsTheBeginningAndTheEndOfABlockWhoseThreadIsCancelled) {
+  mpRouter->GetDispatcher()->SetDestinations(Destinations(
+      {New<RecordingDestination>([](auto, const auto&) { pthread_cancel(pthread_self()); }),
+       New<RecordingDestination>([](auto, const auto&) { pthread_testcancel(); }), mpDestination}));
+  EXPECT_TRUE(Support::IsCancelled([this] {
+    const YLog::ScopeGuard guard(*mpRouter, "Run", "job", 42);
+    pthread_testcancel();
+  }));
   EXPECT_THAT(Texts(), ElementsAre("Enter 'Run' near job(42)", "Leave 'Run' near job(42)"));
 }
 

@@ -4,6 +4,7 @@
 #include <YBase/Allocator.h>
 #include <YBase/BasicMessageCursor.h>
 #include <YBase/CallStack.h>
+#include <YBase/CancellationGuard.h>
 #include <YBase/ConstMessageCursor.h>
 #include <YBase/ExceptionImpl.h>
 #include <YBase/FeatureFlags.h>

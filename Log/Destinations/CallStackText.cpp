@@ -1,11 +1,11 @@
-#include "Destinations/CallstackText.h"
+#include "Destinations/CallStackText.h"
 
 #include <YBase/CallStack.h>
 #include <YBase/TextConversion.h>
 
 namespace YLog {
 
-void AppendCallstack(RecordText& record) {
+void AppendCallStack(RecordText& record) {
   record.Append("\n--------- callstack ---------");
   const YBase::CallStack callStack = YBase::CreateCallStack();
   // The library's own frames are of no use to a reader.

@@ -24,9 +24,9 @@ const std::string END = "\n-----------------------------";
 constexpr unsigned ID = 300;
 
 /// Messages of that ID show the call stack.
-class Callstack : public testing::Test {
+class CallStackText : public testing::Test {
  protected:
-  Callstack() {
+  CallStackText() {
     mHeader->SetMessageID(ID);
     mFile->SetCallstackMessageIDs(&ID, 1);
   }
@@ -46,28 +46,29 @@ class Callstack : public testing::Test {
   const SmartPtrI<YLog::Destination_DiskFile> mFile = YLog::GetDestination_DiskFile(Path("a.log").c_str());
 };
 
-TEST_F(Callstack, StandsBehindTheMessageBetweenTwoLines) {
+TEST_F(CallStackText, StandsBehindTheMessageBetweenTwoLines) {
   Log("one\ntwo\n");
   EXPECT_THAT(Content(), StartsWith(LineOf("one\ntwo") + BEGINNING));
   EXPECT_THAT(Content(), EndsWith(END + "\n"));
 }
 
-TEST_F(Callstack, HasAFrameALineBeginningWithTheCaller) {
+TEST_F(CallStackText, HasAFrameALineBeginningWithTheCaller) {
   mFile->LogMessage("text", *mHeader);
   const std::string content = Content();
   const std::string firstFrame = content.substr(content.find(BEGINNING) + BEGINNING.size());
   // By its name, or by its place where nobody can read that.
-  EXPECT_THAT(firstFrame, AnyOf(StartsWith("(anonymous namespace)::Callstack"), StartsWith("log_tests+0x")));
+  EXPECT_THAT(firstFrame,
+              AnyOf(StartsWith("(anonymous namespace)::CallStackText"), StartsWith("log_tests+0x")));
   EXPECT_THAT(content, Not(HasSubstr("\n\n")));
 }
 
-TEST_F(Callstack, IsNotShownForOtherMessages) {
+TEST_F(CallStackText, IsNotShownForOtherMessages) {
   mHeader->SetMessageID(ID + 1);
   Log();
   EXPECT_EQ(LineOf("text\n"), Content());
 }
 
-TEST_F(Callstack, IsNotShownForMessagesWithoutAnIdThoughTheyWereAskedFor) {
+TEST_F(CallStackText, IsNotShownForMessagesWithoutAnIdThoughTheyWereAskedFor) {
   constexpr unsigned NONE = 0;
   mFile->SetCallstackMessageIDs(&NONE, 1);
   mHeader->SetMessageID(0);
@@ -75,32 +76,32 @@ TEST_F(Callstack, IsNotShownForMessagesWithoutAnIdThoughTheyWereAskedFor) {
   EXPECT_EQ(LineOf("text\n"), Content());
 }
 
-TEST_F(Callstack, IsNotShownAnyMoreOnceTheIdsWereTakenAway) {
+TEST_F(CallStackText, IsNotShownAnyMoreOnceTheIdsWereTakenAway) {
   mFile->SetCallstackMessageIDs(nullptr, 0);
   Log();
   EXPECT_EQ(LineOf("text\n"), Content());
 }
 
-TEST_F(Callstack, IsAllThatThereIsOfAMessageOfLineBreaks) {
+TEST_F(CallStackText, IsAllThatThereIsOfAMessageOfLineBreaks) {
   Log("\n\r\n");
   EXPECT_THAT(Content(), StartsWith(BEGINNING));
   EXPECT_THAT(Content(), EndsWith(END + "\n"));
 }
 
-TEST_F(Callstack, IsShownForStructuredMessagesById) {
+TEST_F(CallStackText, IsShownForStructuredMessagesById) {
   const auto body = YLog::CreateMessageBody();
   body->SetMessage(YBase::Message("structured"));
   mFile->LogMessage(*mHeader, *body);
   EXPECT_THAT(Content(), StartsWith(LineOf("structured") + BEGINNING));
 }
 
-TEST_F(Callstack, BelongsToOneDestination) {
+TEST_F(CallStackText, BelongsToOneDestination) {
   const auto other = YLog::GetDestination_DiskFile(Path("b.log").c_str());
   other->LogMessage("text", *mHeader);
   EXPECT_EQ(LineOf("text\n"), Content("b.log"));
 }
 
-TEST_F(Callstack, IsShownOnStandardError) {
+TEST_F(CallStackText, IsShownOnStandardError) {
   const auto output = YLog::GetDestination_DebugOutput();
   output->SetCallstackMessageIDs(&ID, 1);
   testing::internal::CaptureStderr();
@@ -110,7 +111,7 @@ TEST_F(Callstack, IsShownOnStandardError) {
   EXPECT_THAT(written, EndsWith(END + "\n"));
 }
 
-TEST_F(Callstack, OfAKafkaLogIsThatOfItsDiskFile) {
+TEST_F(CallStackText, OfAKafkaLogIsThatOfItsDiskFile) {
   const auto kafka = YLog::GetDestination_KafkaLog(Path("kafka.log").c_str());
   kafka->SetCallstackMessageIDs(&ID, 1);
   kafka->LogMessage("text", *mHeader);

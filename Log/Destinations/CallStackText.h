@@ -8,6 +8,6 @@ namespace YLog {
 /// function of the client that called the library.
 ///
 /// Failure: `std::bad_alloc`.
-void AppendCallstack(RecordText& record);
+void AppendCallStack(RecordText& record);
 
 }  // namespace YLog

@@ -1,0 +1,79 @@
+#include <pthread.h>
+
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <YBase/TextConversion.h>
+#include <YLog/Initializer.h>
+#include <YLog/MessageHeader.h>
+
+#include "Destinations/Destination_DiskFile_Impl.h"
+#include "support/CancelledThread.h"
+#include "support/FileLock.h"
+#include "support/FileOperationsWrapper.h"
+#include "support/New.h"
+#include "support/ReadFile.h"
+#include "support/TemporaryDirectory.h"
+
+namespace {
+
+/// Cancels the thread that opens or writes, and is itself where a cancellation would strike.
+class CancellingOperations final : public Support::FileOperationsWrapper {
+ public:
+  int Open(const char* path, int flags, mode_t mode) noexcept override {
+    Cancel();
+    return FileOperationsWrapper::Open(path, flags, mode);
+  }
+  ssize_t Write(int descriptor, const iovec* pieces, int count) noexcept override {
+    Cancel();
+    return FileOperationsWrapper::Write(descriptor, pieces, count);
+  }
+
+  bool mbActive = false;
+
+ private:
+  void Cancel() const noexcept {
+    if (mbActive) pthread_cancel(pthread_self());
+  }
+
+  const Support::ScopedFileOperations mScope{*this};
+};
+
+class CancelledWriter : public testing::Test {
+ protected:
+  std::wstring Path(const std::string& name) const {
+    return YBase::UTF8ToWideChar((mDirectory.Path() / name).c_str());
+  }
+
+  const YLog::Initializer mInitializer;
+  const Support::TemporaryDirectory mDirectory;
+  CancellingOperations mOperations;
+  const YBase::SmartPtrI<YLog::MessageHeader> mHeader = YLog::CreateMessageHeader();
+  const YBase::SmartPtrI<YLog::Destination_DiskFile_Impl> mDestination =
+      Support::New<YLog::Destination_DiskFile_Impl>(Path("a.log").c_str());
+};
+
+TEST_F(CancelledWriter, FinishesItsRecordFirst) {
+  mOperations.mbActive = true;
+  EXPECT_TRUE(Support::IsCancelled([this] {
+    mDestination->LogMessage("text", *mHeader);
+    pthread_testcancel();
+  }));
+  EXPECT_THAT(Support::ReadFile(mDirectory.Path() / "a.log"), testing::EndsWith(" text\n"));
+  EXPECT_TRUE(Support::IsFree(mDirectory.Path() / "a.log"));
+}
+
+TEST_F(CancelledWriter, FinishesTheChangeOfThePathFirst) {
+  mOperations.mbActive = true;
+  EXPECT_TRUE(Support::IsCancelled([this] {
+    mDestination->SetFilePath(Path("b.log").c_str());
+    pthread_testcancel();
+  }));
+  mOperations.mbActive = false;
+  mDestination->LogMessage("text", *mHeader);
+  EXPECT_THAT(Support::ReadFile(mDirectory.Path() / "b.log"), testing::EndsWith(" text\n"));
+}
+
+}  // namespace

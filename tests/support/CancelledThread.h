@@ -1,0 +1,21 @@
+#pragma once
+
+#include <pthread.h>
+
+namespace Support {
+
+/// Runs a function in a thread of its own, and tells whether the thread was cancelled before the function
+/// returned.
+template <class Function>
+bool IsCancelled(Function function) {
+  pthread_t thread;
+  const auto run = [](void* data) -> void* {
+    (*static_cast<Function*>(data))();
+    return nullptr;
+  };
+  if (pthread_create(&thread, nullptr, run, &function) != 0) return false;
+  void* result = nullptr;
+  return pthread_join(thread, &result) == 0 && result == PTHREAD_CANCELED;
+}
+
+}  // namespace Support
