@@ -83,8 +83,9 @@ void LogMessageAndThrowBaseException(Router& router, unsigned messageID,
 }
 
 void LogStringAndThrowBaseException(Router& router, const char* text) {
+  text = NotNull(text);
   router.LogMessage(text, 0, nullptr, nullptr, 0);
-  throw BaseException(NotNull(text));
+  throw BaseException(text);
 }
 
 void LogStringAndThrowBaseException(Router& router, unsigned messageID, const char* defaultText) {

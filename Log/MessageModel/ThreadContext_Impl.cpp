@@ -23,8 +23,7 @@ YBase::ReturnString Normalise(const std::string& text) {
 
 ThreadContext::~ThreadContext() = default;
 
-ThreadContext_Impl::ThreadContext_Impl()
-    : mpMessageHeader(CreateMessageHeader()), mpMessageBody(CreateMessageBody()) {
+ThreadContext_Impl::ThreadContext_Impl() : mpMessageHeader(CreateMessageHeader()) {
   mpMessageHeader->SetComputerName(gModuleMainPtr->GetComputerName());
   mpMessageHeader->SetProcessID(YBase::GetCurrentProcessID());
   mpMessageHeader->SetThreadID(YBase::GetCurrentThreadID());
@@ -32,6 +31,12 @@ ThreadContext_Impl::ThreadContext_Impl()
 
 void ThreadContext_Impl::Delete() {
   delete this;
+}
+
+MessageBody* ThreadContext_Impl::GetMessageBody() {
+  // Most threads log ready texts only, and the first body of a process has ICU asked for all languages.
+  if (!mpMessageBody) mpMessageBody = CreateMessageBody();
+  return mpMessageBody.Get();
 }
 
 void ThreadContext_Impl::TakeOverAfterFork() noexcept {

@@ -15,7 +15,7 @@ class ThreadContext_Impl final : public ThreadContext {
   void Delete() override;
 
   MessageHeader* GetMessageHeader() override { return mpMessageHeader.Get(); }
-  MessageBody* GetMessageBody() override { return mpMessageBody.Get(); }
+  MessageBody* GetMessageBody() override;
   unsigned long long& GetEpisodeNumber() override { return mEpisodeNumber; }
 
   /// In a child, makes the context that of the thread that forked. Neither allocates nor locks.
@@ -25,7 +25,7 @@ class ThreadContext_Impl final : public ThreadContext {
   ~ThreadContext_Impl() override = default;
 
   const YBase::SmartPtrI<MessageHeader> mpMessageHeader;
-  const YBase::SmartPtrI<MessageBody> mpMessageBody;
+  YBase::SmartPtrI<MessageBody> mpMessageBody;
   unsigned long long mEpisodeNumber = 0;
 };
 

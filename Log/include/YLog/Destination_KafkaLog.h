@@ -9,6 +9,9 @@ namespace YLog {
 /// Stands where a Kafka message broker would receive records. This library contains no broker client and
 /// sends nothing over a network: every record goes to a disk file, just as if it had been logged there.
 ///
+/// Structured messages are shown in the language of this destination. Whatever else is set belongs to the
+/// disk file, the messages that show the call stack included: `SetCallstackMessageIDs` has no effect here.
+///
 /// Threads: any.
 ///
 /// Failure: that of the disk file.

@@ -5,8 +5,7 @@
 
 /// The manipulators of `YResource::MessageFormat`, at hand for those who log:
 ///
-///     YLog::LogMessage(*router, "Status %1", YLog::GetMessageFormatter() << YLog::Format::WideHex <<
-///     status);
+///     formatter << YLog::Format::WideHex << status << YLog::Format::Dec << duration;
 namespace YLog::Format {
 
 // NOLINTBEGIN(readability-identifier-naming): named like the functions that they point at.

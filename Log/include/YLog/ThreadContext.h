@@ -17,7 +17,9 @@ class YLOG_EXPORT ThreadContext : public YSynch::ThreadContext {
  public:
   /// The thread's header; no reference is added.
   virtual MessageHeader* GetMessageHeader() = 0;
-  /// The thread's body; no reference is added.
+  /// The thread's body; no reference is added. The first call makes it.
+  ///
+  /// Failure: `std::bad_alloc`, at the first call.
   virtual MessageBody* GetMessageBody() = 0;
   /// For reading and writing.
   virtual unsigned long long& GetEpisodeNumber() = 0;

@@ -336,6 +336,14 @@ TEST_F(FileCalls, TakeOverALockThatWasLeft) {
   EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("lock", "unlock"));
 }
 
+TEST_F(FileCalls, GiveALockThatWasLeftBackBeforeTheyCloseTheFile) {
+  FilePtr file = Open();
+  LockAndLeave(*file);
+  mRecorder.TakeCalls();
+  file = nullptr;
+  EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("unlock", "close"));
+}
+
 TEST_F(FileCalls, OfAChildTakeALockOfItsOwnWhereTheParentHasLeftOne) {
   const FilePtr file = Open();
   LockAndLeave(*file);

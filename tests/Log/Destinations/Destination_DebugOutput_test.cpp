@@ -38,6 +38,11 @@ TEST_F(DebugOutput, WritesHeaderAndMessageWithALineFeedBehindThem) {
   EXPECT_EQ(CapturedFrom([&] { mOutput->LogMessage("one\r\ntwo", *mHeader); }), header + " one\ntwo\n");
 }
 
+TEST_F(DebugOutput, WritesHeaderAndBlankForAnEmptyMessage) {
+  const std::string header = mHeader->ToString();
+  EXPECT_EQ(CapturedFrom([&] { mOutput->LogMessage("", *mHeader); }), header + " \n");
+}
+
 TEST_F(DebugOutput, WritesNothingForAMessageOfLineBreaks) {
   EXPECT_EQ(CapturedFrom([&] { mOutput->LogMessage("\n\n", *mHeader); }), "");
 }

@@ -44,6 +44,17 @@ TEST_F(ThreadContextImpl, KeepsItsHeaderAndItsBody) {
   EXPECT_EQ(mpContext->GetMessageBody(), mpContext->GetMessageBody());
 }
 
+TEST_F(ThreadContextImpl, MakesItsBodyWhenThatIsFirstAskedFor) {
+  const unsigned long before = GetAllocationCount();
+  mpContext->GetMessageHeader();
+  EXPECT_EQ(before, GetAllocationCount());
+  mpContext->GetMessageBody();
+  const unsigned long made = GetAllocationCount();
+  EXPECT_GT(made, before);
+  mpContext->GetMessageBody();
+  EXPECT_EQ(made, GetAllocationCount());
+}
+
 TEST_F(ThreadContextImpl, IsMadeOnceForEachThread) {
   YLog::ThreadContext* context = YLog::gModuleMainPtr->GetThreadContext();
   EXPECT_EQ(context, YLog::gModuleMainPtr->GetThreadContext());
