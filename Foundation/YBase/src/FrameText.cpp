@@ -77,9 +77,14 @@ std::wstring DescribePlace(const ModuleOffset& place) {
   return ToOneLine(std::string(GetFileName(place.modulePath)) + '+' + offset);
 }
 
-/// An absolute path may come with the folder of the compilation before it, in debug information of clang.
+/// An absolute path may come with the folder of the compilation before it, in debug information of clang. Two
+/// slashes may also stand in the path of a file, and half of that would lead astray: they are taken for the
+/// seam only where both parts begin with the same folder.
 std::string WithoutFolderBeforeRoot(const std::string& path) {
-  const std::size_t seam = path.find("//");
+  const std::size_t endOfFirst = path.find('/', 1);
+  if (!path.starts_with('/') || endOfFirst <= 1 || endOfFirst == std::string::npos) return path;
+  const std::string first = path.substr(0, endOfFirst + 1);
+  const std::size_t seam = path.find('/' + first, 1);
   return seam != std::string::npos ? path.substr(seam + 1) : path;
 }
 

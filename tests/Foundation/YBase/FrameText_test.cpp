@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <YBase/TextConversion.h>
+
 #include "Foundation/YBase/src/FrameText.h"
 
 namespace {
@@ -10,6 +12,11 @@ using YBase::IsInLibraryNamespace;
 using YBase::MakeFrame;
 
 const YBase::ModuleOffset PLACE{"/opt/orders/lib/liborders.so", 0x1a2b};
+
+/// A function "f" in the first line of a file.
+std::wstring DescribeIn(const char* path) {
+  return MakeFrame({"f", path, 1}, PLACE).description;
+}
 
 TEST(FrameText, TellsFunctionFileAndLine) {
   EXPECT_EQ(MakeFrame({"_ZN6orders6Server6HandleEi", "src/server.cpp", 42}, PLACE).description,
@@ -69,7 +76,17 @@ TEST(FrameText, CutsALongNameAndKeepsTheLine) {
 }
 
 TEST(FrameText, LeavesOutTheFolderBeforeAnAbsolutePath) {
-  EXPECT_EQ(MakeFrame({"f", "/build//home/src/a.cpp", 1}, PLACE).description, L"f at /home/src/a.cpp:1");
+  EXPECT_EQ(DescribeIn("/home/build//home/src/a.cpp"), L"f at /home/src/a.cpp:1");
+  EXPECT_EQ(DescribeIn("/home/x//build//home/src/a.cpp"), L"f at /home/src/a.cpp:1");
+  EXPECT_EQ(DescribeIn("/home/build//home/x//a.cpp"), L"f at /home/x//a.cpp:1");
+}
+
+TEST(FrameText, KeepsPathsWithTwoSlashesOfTheirOwn) {
+  for (const char* path :
+       {"/tmp/x//slash.cpp", "/tmp/x//tmpl/a.cpp", "/tmp//a.cpp", "/tmp/x//tmp", "//tmp//tmp/a.cpp",
+        "tmp/x//tmp/a.cpp", "/build//home/src/a.cpp", "//a.cpp", "/a.cpp", "//"}) {
+    EXPECT_EQ(DescribeIn(path), L"f at " + YBase::UTF8ToWideChar(path) + L":1");
+  }
 }
 
 TEST(FrameText, KnowsTheLibrarysNamespacesInMangledNames) {
