@@ -12,6 +12,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
@@ -65,13 +66,15 @@ TEST_P(CallStackOfClient, BeginsWithTheFunctionThatLogged) {
   for (const RecordWithStack& record : records) {
     ASSERT_THAT(record.frames, Not(IsEmpty()));
     EXPECT_THAT(record.frames.front(), StartsWith("orders::" + record.text + "(YLog::Router&) "));
+    EXPECT_THAT(record.frames.front(), Not(HasSubstr(".h:")));
     EXPECT_THAT(record.frames.at(1), StartsWith("main "));
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(Built, CallStackOfClient,
-                         testing::Values(OPTIMISED, OPTIMISED_WITHOUT_LINES, UNOPTIMISED,
-                                         UNOPTIMISED_WITHOUT_LINES),
+                         testing::Values(OPTIMISED, OPTIMISED_WITHOUT_LINES, OPTIMISED_LINES_ONLY,
+                                         OPTIMISED_SPLIT, UNOPTIMISED, UNOPTIMISED_WITHOUT_LINES,
+                                         UNOPTIMISED_LINES_ONLY, UNOPTIMISED_SPLIT),
                          NameOf);
 
 /// Which has no names, so that code of the library's headers in it could not be told from its own.

@@ -19,9 +19,13 @@ constexpr std::size_t LONGEST_NAME_TO_DEMANGLE = 1000;
 // Names made of templates can fill pages. File and line are behind them, and must not be lost from sight.
 constexpr std::size_t LONGEST_FUNCTION_SHOWN = 500;
 
-constexpr std::array LIBRARY_NAMESPACES = {std::string_view("4YLog"),      std::string_view("5YBase"),
-                                           std::string_view("6YSynch"),    std::string_view("9YDataType"),
-                                           std::string_view("9YResource"), std::string_view("11YFileSystem")};
+// The namespaces of the library, which are the folders of its headers, too.
+constexpr std::array<std::string_view, 6> LIBRARY_NAMES = {"YLog",      "YBase",     "YSynch",
+                                                           "YDataType", "YResource", "YFileSystem"};
+
+bool IsLibraryName(std::string_view name) noexcept {
+  return std::find(LIBRARY_NAMES.begin(), LIBRARY_NAMES.end(), name) != LIBRARY_NAMES.end();
+}
 
 struct Freer {
   void operator()(char* memory) const noexcept { std::free(memory); }  // NOLINT(cppcoreguidelines-no-malloc)
@@ -118,12 +122,29 @@ bool IsInLibraryNamespace(std::string_view mangledName) noexcept {
     return false;
   }
   const std::string_view name = mangledName.substr(begin);
-  return std::any_of(LIBRARY_NAMESPACES.begin(), LIBRARY_NAMESPACES.end(),
-                     [name](std::string_view ours) { return name.starts_with(ours); });
+  std::size_t size = 0;
+  const auto digits = std::from_chars(name.data(), name.data() + name.size(), size);
+  return IsLibraryName({digits.ptr, std::min(size, static_cast<std::size_t>(name.end() - digits.ptr))});
+}
+
+bool IsLibraryHeader(std::string_view path) noexcept {
+  const std::size_t slash = path.find_last_of('/');
+  return slash != std::string_view::npos && path.ends_with(".h") &&
+         IsLibraryName(GetFileName(path.substr(0, slash)));
 }
 
 StackFrames::Frame MakeFrame(const SourceFrame& source, const ModuleOffset& place) {
-  return {Describe(source, place), IsInLibraryNamespace(source.function)};
+  if (IsInLibraryNamespace(source.function)) return {Describe(source, place), true};
+  // Debug information that does not tell what was inlined has the place in the header only. It is not in this
+  // function, whose own line nobody knows.
+  if (IsLibraryHeader(source.file)) return {Describe({source.function, {}, 0}, place), false};
+  return {Describe(source, place), false};
+}
+
+StackFrames::Frame MakeInlinedFrame(const SourceFrame& source, const ModuleOffset& place) {
+  // Their names may lack the namespace here.
+  const bool isLibraryCode = IsInLibraryNamespace(source.function) || IsLibraryHeader(source.file);
+  return {Describe(source, place), isLibraryCode};
 }
 
 }  // namespace YBase

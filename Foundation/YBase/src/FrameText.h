@@ -21,7 +21,11 @@ struct ModuleOffset {
   std::uintptr_t offset = 0;
 };
 
+/// A function with code of its own.
 StackFrames::Frame MakeFrame(const SourceFrame& source, const ModuleOffset& place);
+
+/// One that the compiler put into the code of another.
+StackFrames::Frame MakeInlinedFrame(const SourceFrame& source, const ModuleOffset& place);
 
 /// The last part of a path.
 std::string_view GetFileName(std::string_view path) noexcept;
@@ -33,5 +37,8 @@ bool IsMangled(std::string_view name) noexcept;
 /// mangled name: there the enclosing namespace stands first, whatever result, arguments and template
 /// parameters are.
 bool IsInLibraryNamespace(std::string_view mangledName) noexcept;
+
+/// Whether a file is a header that the library installs.
+bool IsLibraryHeader(std::string_view path) noexcept;
 
 }  // namespace YBase

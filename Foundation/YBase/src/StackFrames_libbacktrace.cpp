@@ -89,7 +89,10 @@ SharedFrames LookUp(std::uintptr_t address) {
   const ModuleOffset place = GetPlace(address, finding.module);
   Frames frames;
   frames.reserve(finding.sources.size());
-  for (const SourceFrame& source : finding.sources) frames.push_back(MakeFrame(source, place));
+  for (const SourceFrame& source : finding.sources) {
+    const bool isInlined = &source != &finding.sources.back();
+    frames.push_back(isInlined ? MakeInlinedFrame(source, place) : MakeFrame(source, place));
+  }
   auto shared = std::make_shared<const Frames>(std::move(frames));
   const LookupLock lock;
   GetShared(lock).cache.Add(address, shared);

@@ -9,7 +9,9 @@
 namespace {
 
 using YBase::IsInLibraryNamespace;
+using YBase::IsLibraryHeader;
 using YBase::MakeFrame;
+using YBase::MakeInlinedFrame;
 
 const YBase::ModuleOffset PLACE{"/opt/orders/lib/liborders.so", 0x1a2b};
 
@@ -111,6 +113,29 @@ TEST(FrameText, KnowsWhatIsNotInThem) {
 TEST(FrameText, MarksCodeOfTheLibrary) {
   EXPECT_TRUE(MakeFrame({"_ZN4YLog1fEv", "", 0}, PLACE).isLibraryCode);
   EXPECT_FALSE(MakeFrame({"_ZN6orders1fEv", "", 0}, PLACE).isLibraryCode);
+  EXPECT_TRUE(MakeInlinedFrame({"_ZN4YLog1fEv", "", 0}, PLACE).isLibraryCode);
+  EXPECT_FALSE(MakeInlinedFrame({"_ZN6orders1fEv", "a.cpp", 1}, PLACE).isLibraryCode);
+}
+
+TEST(FrameText, KnowsTheLibrarysHeaders) {
+  EXPECT_TRUE(IsLibraryHeader("/usr/include/YLog/Log.h"));
+  EXPECT_TRUE(IsLibraryHeader("YFileSystem/File.h"));
+  EXPECT_FALSE(IsLibraryHeader("/src/YLog/Log.cpp"));
+  EXPECT_FALSE(IsLibraryHeader("/src/MyYLog/Log.h"));
+  EXPECT_FALSE(IsLibraryHeader("/src/YLog/orders/Log.h"));
+  EXPECT_FALSE(IsLibraryHeader("/YLog.h"));
+  EXPECT_FALSE(IsLibraryHeader("Log.h"));
+  EXPECT_FALSE(IsLibraryHeader(""));
+}
+
+TEST(FrameText, MarksInlinedCodeOfTheLibrarysHeadersWhateverItsName) {
+  EXPECT_TRUE(MakeInlinedFrame({"LogMessage", "/usr/include/YLog/Log.h", 77}, PLACE).isLibraryCode);
+}
+
+TEST(FrameText, LeavesOutAPositionInTheLibrarysHeadersThatIsNotTheFunctionsOwn) {
+  const YBase::StackFrames::Frame frame = MakeFrame({"_ZN6orders1fEv", "/usr/include/YLog/Log.h", 77}, PLACE);
+  EXPECT_FALSE(frame.isLibraryCode);
+  EXPECT_EQ(frame.description, L"orders::f() in liborders.so+0x1a2b");
 }
 
 }  // namespace
