@@ -8,6 +8,7 @@
 #include <YBase/CallStack.h>
 #include <YSynch/CriticalSection.h>
 
+#include "NewProcess.h"
 #include "support/BusyThreads.h"
 #include "support/ChildProcess.h"
 
@@ -29,19 +30,21 @@ bool TakesStackInChild() {
 }
 
 TEST(CallStackFork, ChildTakesAStackWhileOthersTakeTheFirstOfTheProcess) {
-  constexpr auto work = [] {
-    std::atomic<bool> isRunning = false;
-    std::thread other([&] {
-      isRunning = true;
-      TakesStack();
-    });
-    while (!isRunning) std::this_thread::yield();
-    const bool succeeds = TakesStackInChild();
-    other.join();
-    return succeeds ? 0 : 1;
-  };
-  // Each round is a process without a stack so far.
-  for (int round = 0; round != 10; ++round) ASSERT_EQ(ChildProcess(work).Wait(), 0);
+  RunInNewProcess([] {
+    constexpr auto work = [] {
+      std::atomic<bool> isRunning = false;
+      std::thread other([&] {
+        isRunning = true;
+        TakesStack();
+      });
+      while (!isRunning) std::this_thread::yield();
+      const bool succeeds = TakesStackInChild();
+      other.join();
+      return succeeds ? 0 : 1;
+    };
+    // Each round is a process without a stack so far.
+    for (int round = 0; round != 10; ++round) ASSERT_EQ(ChildProcess(work).Wait(), 0);
+  });
 }
 
 TEST(CallStackFork, ChildTakesAStackWhileOthersLookUp) {

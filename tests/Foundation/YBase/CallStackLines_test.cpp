@@ -1,5 +1,6 @@
 // What the debug information and the symbol tables say, where the library is built with a reader of them.
 
+#include <array>
 #include <map>
 #include <string>
 #include <vector>
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "CallStackModule.h"
+#include "NewProcess.h"
 #include "PrintedStacks.h"
 
 namespace {
@@ -51,10 +53,27 @@ TEST(CallStackLines, ShowsFunctionsAndOffsetsWhereThereAreSymbolsOnly) {
 }
 
 TEST(CallStackLines, ShowsLinesOfAModuleThatIsLoadedAtTheFirstStack) {
-  const std::vector<std::string> frames = CallStackModule(FIRST_MODULE).GetFrames();
-  EXPECT_THAT(frames,
-              Contains(MatchesRegex(R"(first::Exported\(void \(\*\)\(\)\) at /.*module\.cpp:[0-9]+)")));
-  EXPECT_THAT(frames, Contains(AllOf(HasSubstr("Internal(void (*)()) at "), HasSubstr("module.cpp:"))));
+  RunInNewProcess([] {
+    const std::vector<std::string> frames = CallStackModule(FIRST_MODULE).GetFrames();
+    EXPECT_THAT(frames,
+                Contains(MatchesRegex(R"(first::Exported\(void \(\*\)\(\)\) at /.*module\.cpp:[0-9]+)")));
+    EXPECT_THAT(frames, Contains(AllOf(HasSubstr("Internal(void (*)()) at "), HasSubstr("module.cpp:"))));
+  });
+}
+
+TEST(CallStackLines, ShowsLinesOfAModuleThatComesBack) {
+  RunInNewProcess([] {
+    std::array<void*, 2> places;
+    std::array<std::vector<std::string>, 2> frames;
+    for (std::size_t i = 0; i != 2; ++i) {
+      const CallStackModule module(FIRST_MODULE);
+      places[i] = module.Address();
+      frames[i] = module.GetFrames();
+    }
+    ASSERT_EQ(places[0], places[1]) << "The loader put it elsewhere: this shows nothing.";
+    EXPECT_EQ(frames[0], frames[1]);
+    EXPECT_THAT(frames[0], Contains(AllOf(StartsWith("first::Exported("), HasSubstr("module.cpp:"))));
+  });
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-#include <array>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -7,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "CallStackModule.h"
+#include "NewProcess.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
@@ -19,85 +19,86 @@ using testing::Not;
 using testing::StartsWith;
 
 TEST(CallStackModules, ShowsExportedFunctionsAndOffsetsOfAModuleThatIsLoadedLater) {
-  YBase::CreateCallStack();
-  const std::vector<std::string> frames = CallStackModule(FIRST_MODULE).GetFrames();
-  EXPECT_THAT(frames,
-              Contains(MatchesRegex(R"(first::Exported\(.*\) in libcallstack_first\.so\+0x[0-9a-f]+)")));
-  // What is local to the module has no name for the loader.
-  EXPECT_THAT(frames, Contains(MatchesRegex(R"(libcallstack_first\.so\+0x[0-9a-f]+)")));
-  EXPECT_THAT(frames, Contains(MatchesRegex(R"(RunInModule in libcallstack_first\.so\+0x[0-9a-f]+)")));
+  RunInNewProcess([] {
+    YBase::CreateCallStack();
+    const std::vector<std::string> frames = CallStackModule(FIRST_MODULE).GetFrames();
+    EXPECT_THAT(frames,
+                Contains(MatchesRegex(R"(first::Exported\(.*\) in libcallstack_first\.so\+0x[0-9a-f]+)")));
+    // What is local to the module has no name for the loader.
+    EXPECT_THAT(frames, Contains(MatchesRegex(R"(libcallstack_first\.so\+0x[0-9a-f]+)")));
+    EXPECT_THAT(frames, Contains(MatchesRegex(R"(RunInModule in libcallstack_first\.so\+0x[0-9a-f]+)")));
+  });
 }
 
 TEST(CallStackModules, DoesNotMistakeAModuleForAnEarlierOneInItsPlace) {
-  void* place;
-  {
-    const CallStackModule first(FIRST_MODULE);
-    place = first.Address();
-    ASSERT_THAT(first.GetFrames(), Contains(HasSubstr("first::Exported")));
-  }
-  const CallStackModule other(OTHER_MODULE);
-  ASSERT_EQ(other.Address(), place) << "The loader put the other module elsewhere: this shows nothing.";
-  const std::vector<std::string> frames = other.GetFrames();
-  EXPECT_THAT(frames, Contains(StartsWith("other::Exported(")));
-  EXPECT_THAT(frames, Each(Not(HasSubstr("first"))));
+  RunInNewProcess([] {
+    void* place;
+    {
+      const CallStackModule first(FIRST_MODULE);
+      place = first.Address();
+      ASSERT_THAT(first.GetFrames(), Contains(HasSubstr("first::Exported")));
+    }
+    const CallStackModule other(OTHER_MODULE);
+    ASSERT_EQ(other.Address(), place) << "The loader put the other module elsewhere: this shows nothing.";
+    const std::vector<std::string> frames = other.GetFrames();
+    EXPECT_THAT(frames, Contains(StartsWith("other::Exported(")));
+    EXPECT_THAT(frames, Each(Not(HasSubstr("first"))));
+  });
 }
 
 TEST(CallStackModules, DoesNotMistakeAModuleForAnEarlierOneOfItsFile) {
-  const Support::TemporaryDirectory directory;
-  const std::filesystem::path path = directory.Path() / "module.so";
-  std::filesystem::copy_file(FIRST_MODULE, path);
-  void* place;
-  {
-    const CallStackModule first(path);
-    place = first.Address();
-    ASSERT_THAT(first.GetFrames(), Contains(HasSubstr("first::Exported")));
-  }
-  std::filesystem::remove(path);
-  std::filesystem::copy_file(OTHER_MODULE, path);
-  const CallStackModule other(path);
-  ASSERT_EQ(other.Address(), place) << "The loader put the other module elsewhere: this shows nothing.";
-  const std::vector<std::string> frames = other.GetFrames();
-  EXPECT_THAT(frames, Contains(StartsWith("other::Exported(")));
-  EXPECT_THAT(frames, Each(Not(HasSubstr("first"))));
+  RunInNewProcess([] {
+    const Support::TemporaryDirectory directory;
+    const std::filesystem::path path = directory.Path() / "module.so";
+    std::filesystem::copy_file(FIRST_MODULE, path);
+    void* place;
+    {
+      const CallStackModule first(path);
+      place = first.Address();
+      ASSERT_THAT(first.GetFrames(), Contains(HasSubstr("first::Exported")));
+    }
+    std::filesystem::remove(path);
+    std::filesystem::copy_file(OTHER_MODULE, path);
+    const CallStackModule other(path);
+    ASSERT_EQ(other.Address(), place) << "The loader put the other module elsewhere: this shows nothing.";
+    const std::vector<std::string> frames = other.GetFrames();
+    EXPECT_THAT(frames, Contains(StartsWith("other::Exported(")));
+    EXPECT_THAT(frames, Each(Not(HasSubstr("first"))));
+  });
 }
 
 TEST(CallStackModules, DoesNotMistakeAModuleForWhatTookThePlaceOfItsFile) {
-  const Support::TemporaryDirectory directory;
-  const std::filesystem::path path = directory.Path() / "module.so";
-  std::filesystem::copy_file(FIRST_MODULE, path);
-  const CallStackModule first(path);
-  std::filesystem::remove(path);
-  std::filesystem::copy_file(OTHER_MODULE, path);
-  // The first stack of the process, which reads the file.
-  const std::vector<std::string> frames = first.GetFrames();
-  EXPECT_THAT(frames, Contains(StartsWith("first::Exported(")));
-  EXPECT_THAT(frames, Each(Not(HasSubstr("other"))));
-}
-
-TEST(CallStackModules, KnowsAModuleThatComesBack) {
-  std::array<void*, 2> places;
-  std::array<std::vector<std::string>, 2> frames;
-  for (std::size_t i = 0; i != 2; ++i) {
-    const CallStackModule module(FIRST_MODULE);
-    places[i] = module.Address();
-    frames[i] = module.GetFrames();
-  }
-  ASSERT_EQ(places[0], places[1]) << "The loader put it elsewhere: this shows nothing.";
-  EXPECT_EQ(frames[0], frames[1]);
+  RunInNewProcess([] {
+    const Support::TemporaryDirectory directory;
+    const std::filesystem::path path = directory.Path() / "module.so";
+    std::filesystem::copy_file(FIRST_MODULE, path);
+    const CallStackModule first(path);
+    std::filesystem::remove(path);
+    std::filesystem::copy_file(OTHER_MODULE, path);
+    // The first stack of the process, which reads the file.
+    const std::vector<std::string> frames = first.GetFrames();
+    EXPECT_THAT(frames, Contains(StartsWith("first::Exported(")));
+    EXPECT_THAT(frames, Each(Not(HasSubstr("other"))));
+  });
 }
 
 TEST(CallStackModules, ShowsOffsetsOfAModuleWithoutSymbols) {
-  const std::vector<std::string> frames = CallStackModule(STRIPPED_MODULE).GetFrames();
-  EXPECT_THAT(
-      frames,
-      Contains(MatchesRegex(R"(stripped::Exported\(.*\) in libcallstack_stripped\.so\+0x[0-9a-f]+)")));
-  EXPECT_THAT(frames, Contains(MatchesRegex(R"(libcallstack_stripped\.so\+0x[0-9a-f]+)")));
+  RunInNewProcess([] {
+    const std::vector<std::string> frames = CallStackModule(STRIPPED_MODULE).GetFrames();
+    EXPECT_THAT(
+        frames,
+        Contains(MatchesRegex(R"(stripped::Exported\(.*\) in libcallstack_stripped\.so\+0x[0-9a-f]+)")));
+    EXPECT_THAT(frames, Contains(MatchesRegex(R"(libcallstack_stripped\.so\+0x[0-9a-f]+)")));
+  });
 }
 
 TEST(CallStackModules, ShowsWhatItCanOfAModuleWhoseDebugInformationIsDamaged) {
-  const std::vector<std::string> frames = CallStackModule(DAMAGED_MODULE).GetFrames();
-  EXPECT_THAT(frames,
-              Contains(MatchesRegex(R"(damaged::Exported\(.*\) in libcallstack_damaged\.so\+0x[0-9a-f]+)")));
+  RunInNewProcess([] {
+    const std::vector<std::string> frames = CallStackModule(DAMAGED_MODULE).GetFrames();
+    EXPECT_THAT(
+        frames,
+        Contains(MatchesRegex(R"(damaged::Exported\(.*\) in libcallstack_damaged\.so\+0x[0-9a-f]+)")));
+  });
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include <YBase/YBase.h>
 
 #include "CallStackText.h"
+#include "NewProcess.h"
 
 // Functions of a client, each of which does something after its call. They are exported, as the way of taking
 // stacks without debug information finds no other names.
@@ -189,20 +190,22 @@ TEST(CallStack, IsTheSameInFortyThreadsAtOnce) {
 
 // The first stack reads the debug information, too.
 TEST(CallStack, TakesLittleOfAThreadsStack) {
-  pthread_attr_t attributes;
-  pthread_attr_init(&attributes);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 128 * 1024), 0);
-  pthread_t thread;
-  const auto work = [](void* shown) -> void* {
-    *static_cast<std::vector<std::string>*>(shown) = GetShownFrames(orders::Take());
-    return nullptr;
-  };
-  std::vector<std::string> frames;
-  ASSERT_EQ(pthread_create(&thread, &attributes, work, &frames), 0);
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attributes);
-  ASSERT_FALSE(frames.empty());
-  EXPECT_THAT(frames[0], StartsWith("orders::Take()"));
+  RunInNewProcess([] {
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 128 * 1024), 0);
+    pthread_t thread;
+    const auto work = [](void* shown) -> void* {
+      *static_cast<std::vector<std::string>*>(shown) = GetShownFrames(orders::Take());
+      return nullptr;
+    };
+    std::vector<std::string> frames;
+    ASSERT_EQ(pthread_create(&thread, &attributes, work, &frames), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+    ASSERT_FALSE(frames.empty());
+    EXPECT_THAT(frames[0], StartsWith("orders::Take()"));
+  });
 }
 
 }  // namespace
