@@ -33,6 +33,27 @@ if(NOT YLOG_LIBBACKTRACE_LINKS)
   return()
 endif()
 
+# The library reads files for it: see DebugFiles_libbacktrace.cpp. An archive that this does not fit is of no use,
+# since its own way may end the process. Whoever builds for another system may set the result beforehand.
+if(NOT DEFINED YLOG_LIBBACKTRACE_WORKS AND CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
+  message(STATUS "libbacktrace cannot be tried out here, and is left out unless YLOG_LIBBACKTRACE_WORKS is set to 0")
+  return()
+endif()
+if(NOT DEFINED YLOG_LIBBACKTRACE_WORKS)
+  set(sources ${PROJECT_SOURCE_DIR}/Foundation/YBase/src)
+  try_run(YLOG_LIBBACKTRACE_WORKS YLOG_LIBBACKTRACE_BUILDS
+    SOURCES ${PROJECT_SOURCE_DIR}/cmake/libbacktrace_probe.cpp ${sources}/DebugFiles_libbacktrace.cpp
+      ${sources}/RegularFile.cpp
+    CMAKE_FLAGS -DINCLUDE_DIRECTORIES=${include}
+    COMPILE_DEFINITIONS -g
+    LINK_LIBRARIES ${archive}
+    CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON)
+endif()
+if(NOT YLOG_LIBBACKTRACE_WORKS EQUAL 0)
+  message(STATUS "libbacktrace does not work here: call stacks show exported functions only, and no lines")
+  return()
+endif()
+
 add_library(ylog_libbacktrace INTERFACE)
 target_include_directories(ylog_libbacktrace SYSTEM INTERFACE ${include})
 target_link_libraries(ylog_libbacktrace INTERFACE ${archive})

@@ -17,7 +17,7 @@ class CallStackModule {
  public:
   explicit CallStackModule(const std::filesystem::path& path) : mpHandle(dlopen(path.c_str(), RTLD_NOW)) {
     if (mpHandle == nullptr) throw std::runtime_error(dlerror());
-    mpRun = reinterpret_cast<void (*)(void (*)())>(dlsym(mpHandle, "RunInModule"));
+    mpRun = reinterpret_cast<Run*>(dlsym(mpHandle, "RunInModule"));
   }
   ~CallStackModule() { dlclose(mpHandle); }
   CallStackModule(const CallStackModule&) = delete;
@@ -26,13 +26,22 @@ class CallStackModule {
   void* Address() const { return reinterpret_cast<void*>(mpRun); }
 
   /// What stands in a stack that a function called by the module takes.
-  std::vector<std::string> GetFrames() const {
-    thread_local YBase::CallStack sStack;
-    mpRun([] { sStack = YBase::CreateCallStack(); });
-    return GetShownFrames(std::exchange(sStack, {}));
+  std::vector<std::string> GetFrames() const { return GetFrames(mpRun); }
+
+  /// The same by another of its functions.
+  std::vector<std::string> GetFrames(const char* function) const {
+    return GetFrames(reinterpret_cast<Run*>(dlsym(mpHandle, function)));
   }
 
  private:
+  using Run = void(void (*)());
+
+  static std::vector<std::string> GetFrames(Run* run) {
+    thread_local YBase::CallStack sStack;
+    run([] { sStack = YBase::CreateCallStack(); });
+    return GetShownFrames(std::exchange(sStack, {}));
+  }
+
   void* mpHandle;
-  void (*mpRun)(void (*)());
+  Run* mpRun;
 };

@@ -48,13 +48,15 @@ class YBASE_EXPORT CallStack {
 /// The stack of the calling thread.
 ///
 /// The first one of a process reads the debug information of its modules, which takes time and memory in
-/// proportion to it; what has been found is kept for the next, and for all threads.
+/// proportion to it; what has been found is kept for the next, and for all threads. The files may change
+/// afterwards.
 ///
 /// Threads: any, before and after `main` as well. A child of a fork may take one at once, unless another
 /// thread was just loading or unloading a module: the C library's list of modules then stays locked in the
 /// child. Not in signal handlers.
 ///
-/// Failure: throws `std::bad_alloc`. Missing or broken debug information makes descriptions shorter.
+/// Failure: throws `std::bad_alloc`. Missing or broken debug information makes descriptions shorter, and so
+/// does what is more than 256 MiB in all.
 YBASE_EXPORT CallStack CreateCallStack();
 
 }  // namespace YBase
