@@ -1,14 +1,13 @@
 #include "BuildID.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <span>
 #include <string_view>
 #include <vector>
+
+#include "RegularFile.h"
 
 namespace YBase {
 namespace {
@@ -48,23 +47,6 @@ bool IsInMemory(const Segment& notes, std::span<const Segment> segments) noexcep
          });
 }
 
-class File {
- public:
-  explicit File(const char* path) noexcept : mDescriptor(::open(path, O_RDONLY | O_CLOEXEC)) {}
-  ~File() {
-    if (mDescriptor >= 0) ::close(mDescriptor);
-  }
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-
-  bool Read(void* data, std::size_t size, std::uint64_t offset) const noexcept {
-    return ::pread(mDescriptor, data, size, static_cast<off_t>(offset)) == static_cast<ssize_t>(size);
-  }
-
- private:
-  int mDescriptor;
-};
-
 }  // namespace
 
 std::string GetBuildID(const dl_phdr_info& module) {
@@ -79,12 +61,13 @@ std::string GetBuildID(const dl_phdr_info& module) {
   return {};
 }
 
-std::string ReadBuildID(const char* path) {
-  const File file(path);
+std::optional<std::string> ReadBuildID(const char* path) {
+  const RegularFile file(path);
+  if (IsShortage(file.GetError())) return std::nullopt;
   ElfW(Ehdr) header;
-  if (!file.Read(&header, sizeof header, 0) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0) return {};
+  if (!file.Read(&header, sizeof header, 0) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0) return "";
   std::vector<Segment> segments(header.e_phnum);
-  if (!file.Read(segments.data(), segments.size() * sizeof(Segment), header.e_phoff)) return {};
+  if (!file.Read(segments.data(), segments.size() * sizeof(Segment), header.e_phoff)) return "";
   for (const Segment& segment : segments) {
     if (segment.p_type != PT_NOTE || segment.p_filesz > MAX_NOTES_SIZE) continue;
     std::string notes(segment.p_filesz, '\0');
@@ -92,7 +75,7 @@ std::string ReadBuildID(const char* path) {
     const std::string_view found = FindBuildID(notes);
     if (!found.empty()) return std::string(found);
   }
-  return {};
+  return "";
 }
 
 }  // namespace YBase

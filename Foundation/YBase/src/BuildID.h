@@ -2,6 +2,7 @@
 
 #include <link.h>
 
+#include <optional>
 #include <string>
 
 namespace YBase {
@@ -11,7 +12,8 @@ namespace YBase {
 /// That of the module in memory.
 std::string GetBuildID(const dl_phdr_info& module);
 
-/// That of a file; empty for one that is no module, too.
-std::string ReadBuildID(const char* path);
+/// That of a file; empty for one that is no module or is not there, too. Nothing where it could not be read
+/// now.
+std::optional<std::string> ReadBuildID(const char* path);
 
 }  // namespace YBase

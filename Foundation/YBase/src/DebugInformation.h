@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <ctime>
+#include <optional>
 #include <vector>
 
 #include "FrameText.h"
@@ -20,9 +21,13 @@ namespace YBase {
 /// Threads: guarded by the `LookupLock`.
 class DebugInformation {
  public:
-  /// The function in which an address of this module lies, behind those inlined into it there; nothing where
-  /// nothing is known.
-  std::vector<SourceFrame> Find(std::uintptr_t address, const LoadedModule& module);
+  /// Reads what there is, unless that was done before. Where descriptors or memory are short, it is left for
+  /// another time.
+  void Open();
+
+  /// The function in which an address of this module lies, behind those inlined into it there; empty where
+  /// none is known. Nothing where that cannot be told for now.
+  std::optional<std::vector<SourceFrame>> Find(std::uintptr_t address, const LoadedModule& module) const;
 
  private:
   /// Changes when a file is exchanged or written to.
@@ -40,10 +45,11 @@ class DebugInformation {
   };
 
   static FileState GetFileState(const LoadedModule& module) noexcept;
-  void Open();
+  static std::optional<std::vector<KnownModule>> FindModules();
   bool Knows(const LoadedModule& module) const noexcept;
 
   backtrace_state* mpState = nullptr;
+  int mAttempts = 0;
   unsigned long long mUnloadedWhenOpened = 0;
   std::vector<KnownModule> mKnownModules;
 };

@@ -63,6 +63,7 @@ struct Finding {
   SharedFrames cached;
   std::optional<LoadedModule> module;
   std::vector<SourceFrame> sources;
+  bool isFinal = true;
 };
 
 Finding Find(std::uintptr_t address) {
@@ -72,7 +73,10 @@ Finding Find(std::uintptr_t address) {
   finding.cached = shared.cache.Find(address);
   if (finding.cached != nullptr) return finding;
   finding.module = FindLoadedModule(address);
-  if (finding.module) finding.sources = shared.debugInformation.Find(address, *finding.module);
+  if (!finding.module) return finding;
+  std::optional<std::vector<SourceFrame>> sources = shared.debugInformation.Find(address, *finding.module);
+  finding.isFinal = sources.has_value();
+  if (sources) finding.sources = std::move(*sources);
   return finding;
 }
 
@@ -94,6 +98,7 @@ SharedFrames LookUp(std::uintptr_t address) {
     frames.push_back(isInlined ? MakeInlinedFrame(source, place) : MakeFrame(source, place));
   }
   auto shared = std::make_shared<const Frames>(std::move(frames));
+  if (!finding.isFinal) return shared;
   const LookupLock lock;
   GetShared(lock).cache.Add(address, shared);
   return shared;
@@ -128,7 +133,9 @@ std::vector<SharedFrames> Describe(std::span<const std::uintptr_t> addresses) {
   {
     // Once is enough: what is loaded at these addresses came before this, and stays until the end of it.
     const LookupLock lock;
-    GetShared(lock).cache.ForgetUnlessCurrent();
+    Shared& shared = GetShared(lock);
+    shared.cache.ForgetUnlessCurrent();
+    shared.debugInformation.Open();
   }
   for (const std::uintptr_t address : addresses) described.push_back(LookUp(address));
   return described;

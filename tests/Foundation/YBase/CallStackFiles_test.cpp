@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,7 +18,9 @@
 namespace {
 
 using testing::Contains;
+using testing::Each;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 /// A copy of a module and of the file of its debug information, beside each other.
@@ -73,6 +76,19 @@ TEST(CallStackFiles, LeaveNoDescriptorOpen) {
     const int after = dup(STDERR_FILENO);
     close(after);
     EXPECT_EQ(after, before);
+  });
+}
+
+TEST(CallStackFiles, ArePassedOverWhereAPipeHasTakenTheirPlace) {
+  RunInNewProcess([] {
+    const SeparateModule separate;
+    const CallStackModule module(separate.path);
+    MakePipe(separate.path);
+    alarm(20);
+    const std::vector<std::string> frames = module.GetFrames();
+    EXPECT_THAT(frames, Contains(StartsWith("separate::Exported(")));
+    EXPECT_THAT(frames, Each(Not(HasSubstr("module.cpp:"))));
+    EXPECT_THAT(TakeOwnFrame(), HasSubstr("CallStackFiles_test.cpp:"));
   });
 }
 

@@ -56,7 +56,8 @@ class YBASE_EXPORT CallStack {
 /// child. Not in signal handlers.
 ///
 /// Failure: throws `std::bad_alloc`. Missing or broken debug information makes descriptions shorter, and so
-/// does what is more than 256 MiB in all.
+/// does what is more than 256 MiB in all. Where descriptors or memory are too short to read it, the next
+/// stack tries again.
 YBASE_EXPORT CallStack CreateCallStack();
 
 }  // namespace YBase
