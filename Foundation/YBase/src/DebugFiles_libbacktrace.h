@@ -35,3 +35,10 @@ void backtrace_release_view(backtrace_state* state, backtrace_view* view, backtr
 }
 
 // NOLINTEND(readability-identifier-naming)
+
+namespace YBase {
+
+/// Gives back the memory of all pieces, if nobody is going to ask for anything in them again.
+void ReleaseDebugFiles() noexcept;
+
+}  // namespace YBase

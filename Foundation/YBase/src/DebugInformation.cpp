@@ -1,6 +1,5 @@
 #include "DebugInformation.h"
 
-#include <backtrace.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -9,6 +8,7 @@
 #include <utility>
 
 #include "BuildID.h"
+#include "DebugFiles_libbacktrace.h"
 #include "RegularFile.h"
 
 namespace YBase {
@@ -113,9 +113,12 @@ void DebugInformation::Open() {
   if (state == nullptr) return;
   // The reader looks at the modules with its first question. What was gone by then it does not know.
   backtrace_syminfo(state, reinterpret_cast<std::uintptr_t>(&NoteError), IgnoreSymbol, NoteError, &finding);
-  // What it could not read now it would never read. It cannot be freed, either: a few are given up, no more.
+  // What it could not read now it would never read. It cannot be freed as a whole, so only some are given up.
   constexpr int MAX_ATTEMPTS = 3;
-  if (finding.isCutShort && ++mAttempts < MAX_ATTEMPTS) return;
+  if (finding.isCutShort && ++mAttempts < MAX_ATTEMPTS) {
+    ReleaseDebugFiles();
+    return;
+  }
   std::erase_if(*known, [](const KnownModule& module) { return !IsLoaded(module.module); });
   mKnownModules = std::move(*known);
   mpState = state;

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
@@ -71,6 +72,22 @@ TEST_F(DebugFiles, RefusesMoreThanTheLimitOfAllThatIsInUse) {
   Release(small);
   EXPECT_FALSE(View(0, LIMIT, large));
   EXPECT_EQ(mError, EIO) << "It was asked for, as the file does not hold it.";
+}
+
+TEST_F(DebugFiles, ReleasesAllPiecesAtOnce) {
+  backtrace_view view;
+  for (int i = 0; i != 3; ++i) ASSERT_TRUE(View(i, 1, view));
+  YBase::ReleaseDebugFiles();
+  EXPECT_FALSE(View(0, LIMIT, view));
+  EXPECT_EQ(mError, EIO) << "It was asked for: nothing is in use.";
+}
+
+TEST_F(DebugFiles, ReleasesPiecesInAnyOrder) {
+  std::array<backtrace_view, 3> views;
+  for (backtrace_view& view : views) ASSERT_TRUE(View(0, 1, view));
+  for (const std::size_t i : {1U, 0U, 2U}) Release(views[i]);
+  EXPECT_FALSE(View(0, LIMIT, views[0]));
+  EXPECT_EQ(mError, EIO);
 }
 
 TEST_F(DebugFiles, TellsWhetherAFileIsThere) {
