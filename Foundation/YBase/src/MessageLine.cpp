@@ -6,20 +6,29 @@
 
 namespace YBase {
 
+namespace {
+
+bool IsLineBreak(char character) noexcept {
+  return character == '\n' || character == '\r';
+}
+
+}  // namespace
+
 void AppendMessageLine(std::string& text, std::string_view line, std::size_t level) {
   // Without a bound the text of a chain of messages would grow with the square of its length.
   constexpr std::size_t MAXIMUM_INDENTED_LEVEL = 32;
-  constexpr std::string_view LINE_BREAKS = "\r\n";
   if (line.empty()) return;
   if (!text.empty()) text += '\n';
   const std::size_t indentation = 2 * std::min(level, MAXIMUM_INDENTED_LEVEL);
   // A text of several lines keeps its breaks, and stands as a whole beneath what it belongs to.
-  while (!line.empty()) {
+  const char* const end = line.data() + line.size();
+  for (const char* begin = line.data(); begin != end;) {
     // Not where the text begins with a break: a line of blanks alone would not be dropped as an empty one is.
-    if (LINE_BREAKS.find(line.front()) == std::string_view::npos) text.append(indentation, ' ');
-    const std::size_t nextLine = line.find_first_not_of(LINE_BREAKS, line.find_first_of(LINE_BREAKS));
-    text += line.substr(0, nextLine);
-    line.remove_prefix(std::min(nextLine, line.size()));
+    if (!IsLineBreak(*begin)) text.append(indentation, ' ');
+    const char* const breaks = std::find_if(begin, end, IsLineBreak);
+    const char* const next = std::find_if_not(breaks, end, IsLineBreak);
+    text.append(begin, next);
+    begin = next;
   }
 }
 
