@@ -1,9 +1,8 @@
 #include <YLog/Log.h>
 
-#include <string>
-#include <utility>
-
 #include <YBase/ExceptionImpl.h>
+#include <YBase/FormatMessage.h>
+#include <YBase/Message.h>
 #include <YResource/Bundle.h>
 #include <YResource/Language.h>
 
@@ -19,7 +18,9 @@ using BundlePtr = YBase::SmartPtrI<YResource::Bundle>;
 /// What stands in for a text where the logger has no catalogue: as a catalogue without it would say.
 YBase::ReturnString GetDefault(unsigned messageID, const char* defaultText) {
   if (defaultText != nullptr && *defaultText != '\0') return defaultText;
-  return std::to_string(YBase::MESSAGE_DOMAIN_UNKNOWN) + '/' + std::to_string(messageID);
+  YBase::Message message;
+  message.SetDomainAndID(YBase::MESSAGE_DOMAIN_UNKNOWN, messageID);
+  return YBase::FormatMessage(message, 0);
 }
 
 void FormatByID(const BundlePtr& bundle, unsigned messageID, YResource::MessageFormatter& formatter,

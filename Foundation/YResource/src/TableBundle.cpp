@@ -1,5 +1,7 @@
 #include "TableBundle.h"
 
+#include <YBase/FormatMessage.h>
+#include <YBase/Message.h>
 #include <YResource/Language.h>
 
 namespace YResource {
@@ -20,7 +22,9 @@ YBase::ReturnString TableBundle::GetString(unsigned id, unsigned short language,
   if (const std::string* text = FindWithFallback(id, language)) return *text;
   if (defaultText != nullptr && *defaultText != '\0') return defaultText;
   // Rather this than a record that says nothing.
-  return std::to_string(mDomain) + '/' + std::to_string(id);
+  YBase::Message message;
+  message.SetDomainAndID(mDomain, id);
+  return YBase::FormatMessage(message, 0);
 }
 
 const std::string* TableBundle::FindWithFallback(unsigned id, unsigned short language) const noexcept {

@@ -9,7 +9,6 @@
 namespace YLog::Format {
 
 // NOLINTBEGIN(readability-identifier-naming): named like the functions that they point at.
-
 YLOG_EXPORT extern const YResource::MessageManipulator Dec;
 /// The same as `Dec`: decimal digits have no wide form.
 YLOG_EXPORT extern const YResource::MessageManipulator WideDec;
