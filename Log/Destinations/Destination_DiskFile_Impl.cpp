@@ -40,11 +40,9 @@ void Destination_DiskFile_Impl::LogMessage(const char* text, const MessageHeader
   RecordText record;
   FormatMultiLineMessageText(header.GetMessageID(), header.ToString(), text, true, record);
 
-  // Nor inside a record, or with the file's lock held.
+  // A thread that was cancelled in here would leave part of a record, or keep the file's lock.
   const YBase::CancellationGuard cancellationGuard;
-  mWaitingWriters.Add();
   const YSynch::CriticalSection::SmartLock lock(*mpLock);
-  mWaitingWriters.Remove();
   try {
     WriteMessage(record.View());
   } catch (const YBase::Message& failure) {
@@ -65,7 +63,7 @@ void Destination_DiskFile_Impl::WriteMessage(std::string_view record) const {
 
 Destination_DiskFile_Impl::Outcome Destination_DiskFile_Impl::TryToWrite(std::string_view record) const {
   YFileSystem::UpdateableFile& file = *mpFile;
-  YFileSystem::WriteableFile::WriteSmartLock fileLock(file);
+  const YFileSystem::WriteableFile::WriteSmartLock fileLock(file);
   const YFileSystem::UpdateableFile::PathState state = file.QueryPath();
   if (!state.mIsThisFile) return Outcome::FILE_GONE;
   if (state.mSize >= mMaximumFileSize) {
@@ -73,7 +71,6 @@ Destination_DiskFile_Impl::Outcome Destination_DiskFile_Impl::TryToWrite(std::st
     return Outcome::ROTATED;
   }
   AppendRecord(file, state.mSize, record);
-  if (mWaitingWriters.MayHaveFileLock()) fileLock.LeaveForNext();
   return Outcome::WRITTEN;
 }
 

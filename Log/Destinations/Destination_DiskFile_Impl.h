@@ -13,7 +13,6 @@
 
 #include "Destinations/Destination_Impl.h"
 #include "Destinations/MissedMessages.h"
-#include "Destinations/WaitingWriters.h"
 
 namespace YLog {
 
@@ -62,7 +61,6 @@ class Destination_DiskFile_Impl final : public Destination_Impl,
 
   const std::string mFileHeaderText;
   const YBase::StrongPtr<YSynch::CriticalSection> mpLock;
-  mutable WaitingWriters mWaitingWriters;
 
   std::wstring mFilePath YSYNCH_GUARDED_BY(*mpLock);
   // None while the file is closed after a failure.

@@ -66,25 +66,19 @@ void UpdateableFile_Impl::OpenUnlessOpen() {
 }
 
 void UpdateableFile_Impl::Close() noexcept {
-  // Closing alone would leave it to a child that shares the descriptor until it executes its program.
-  if (mbLockIsLeft) UnlockForWriting();
   // Not repeated: even an interrupted close gives the descriptor back, to whoever opens something next.
   if (mDescriptor != NO_DESCRIPTOR) FileOperations::GetCurrent().Close(mDescriptor);
   mDescriptor = NO_DESCRIPTOR;
-  mbLockIsLeft = false;
 }
 
 /// A lock belongs to the open file, which parent and child would share: each would hold it with the other,
 /// and a child that never needs the file would keep the lock of a parent that died.
 void UpdateableFile_Impl::AfterForkInChild() noexcept {
-  // The parent's, which it must not give back.
-  mbLockIsLeft = false;
   Close();
 }
 
 void UpdateableFile_Impl::LockForWriting() {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::UpdateableFile_Impl::LockForWriting";
-  if (std::exchange(mbLockIsLeft, false)) return;
   OpenUnlessOpen();
   FileOperations& operations = FileOperations::GetCurrent();
   if (Uninterrupted([&] { return operations.Lock(mDescriptor, LOCK_EX); }) == 0) return;

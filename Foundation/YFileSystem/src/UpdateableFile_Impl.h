@@ -31,7 +31,6 @@ class UpdateableFile_Impl final : public UpdateableFile,
 
   void LockForWriting() override;
   void UnlockForWriting() noexcept override;
-  void LeaveLockForNext() noexcept override { mbLockIsLeft = true; }
   void AfterForkInChild() noexcept override;
 
   void Open();
@@ -43,8 +42,6 @@ class UpdateableFile_Impl final : public UpdateableFile,
   const std::string mPath;
   // None in a child of a fork that has not needed the file yet.
   int mDescriptor = NO_DESCRIPTOR;
-  // Whether the lock is held, and waits for whoever is next.
-  bool mbLockIsLeft = false;
   FileIdentity mIdentity;
   std::uint64_t mPosition = 0;
   FileSizeLimit mFileSizeLimit;

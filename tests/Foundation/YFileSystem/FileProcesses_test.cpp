@@ -42,30 +42,6 @@ TEST_F(FileLock, IsFreeAgainOnceItIsGivenBack) {
   EXPECT_TRUE(IsFreeForOthers());
 }
 
-TEST_F(FileLock, KeepsOthersAwayWhileItIsLeftForTheNext) {
-  LockAndLeave(*mFile);
-  EXPECT_FALSE(IsFreeForOthers());
-  EXPECT_FALSE(Support::IsFree(mPath));
-  { const WriteLock next(*mFile); }
-  EXPECT_TRUE(IsFreeForOthers());
-}
-
-TEST_F(FileLock, IsFreeWhenTheFileIsClosedThoughItWasLeftForTheNext) {
-  {
-    const FilePtr other = Open();
-    LockAndLeave(*other);
-    EXPECT_FALSE(IsFreeForOthers());
-  }
-  EXPECT_TRUE(IsFreeForOthers());
-}
-
-TEST_F(FileLock, OfTheParentStaysWhenAChildClosesItsCopy) {
-  LockAndLeave(*mFile);
-  EXPECT_FALSE(IsFreeForOthers()) << "the child of this question closes its copy";
-  EXPECT_FALSE(IsFreeForOthers());
-  { const WriteLock next(*mFile); }
-}
-
 TEST_F(FileLock, KeepsOtherInstancesInTheProcessAway) {
   const WriteLock lock(*mFile);
   EXPECT_FALSE(Support::IsFree(mPath));

@@ -325,38 +325,6 @@ TEST_F(FileCalls, GiveTheLockBackOnce) {
   EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("lock", "unlock"));
 }
 
-TEST_F(FileCalls, TakeOverALockThatWasLeft) {
-  const FilePtr file = Open();
-  mRecorder.TakeCalls();
-  for (int holder = 0; holder < 3; ++holder) LockAndLeave(*file);
-  EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("lock"));
-  { const WriteLock last(*file); }
-  EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("unlock"));
-  { const WriteLock next(*file); }
-  EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("lock", "unlock"));
-}
-
-TEST_F(FileCalls, GiveALockThatWasLeftBackBeforeTheyCloseTheFile) {
-  FilePtr file = Open();
-  LockAndLeave(*file);
-  mRecorder.TakeCalls();
-  file = nullptr;
-  EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("unlock", "close"));
-}
-
-TEST_F(FileCalls, OfAChildTakeALockOfItsOwnWhereTheParentHasLeftOne) {
-  const FilePtr file = Open();
-  LockAndLeave(*file);
-  mRecorder.mbLockInVain = true;
-  Support::ChildProcess child([&] {
-    mRecorder.TakeCalls();
-    { const WriteLock lock(*file); }
-    const auto expected = std::vector<std::string>{"open", "query descriptor", "limit", "lock", "unlock"};
-    return mRecorder.TakeCalls() == expected ? 0 : 1;
-  });
-  EXPECT_EQ(child.Wait(), 0);
-}
-
 TEST_F(FileCalls, CloseTheFileOnce) {
   FilePtr file = Open();
   mRecorder.TakeCalls();

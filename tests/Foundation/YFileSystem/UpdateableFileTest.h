@@ -29,10 +29,6 @@ class UpdateableFileTest : public testing::Test {
     const WriteLock lock(file);
     file.Append(file.QueryPath().mSize, {text});
   }
-  static void LockAndLeave(YFileSystem::UpdateableFile& file) {
-    WriteLock lock(file);
-    lock.LeaveForNext();
-  }
   static std::string ReadAll(YFileSystem::UpdateableFile& file) {
     std::string text(100'000, '\0');
     file.SetPosition(0);

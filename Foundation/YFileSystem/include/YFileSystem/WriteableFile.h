@@ -35,8 +35,6 @@ class YFILESYSTEM_EXPORT YSYNCH_CAPABILITY("write lock") WriteableFile
   /// Waits without a bound.
   virtual void LockForWriting() YSYNCH_ACQUIRE(this) = 0;
   virtual void UnlockForWriting() noexcept YSYNCH_RELEASE(this) = 0;
-  /// Not held by the caller any more, nor free for others: the next `LockForWriting` takes it as it is.
-  virtual void LeaveLockForNext() noexcept YSYNCH_RELEASE(this) = 0;
 };
 
 /// Holds a file's write lock from construction to `Unlock` or destruction. Holds no reference to the file.
@@ -52,15 +50,6 @@ class YFILESYSTEM_EXPORT YSYNCH_SCOPED_CAPABILITY WriteableFile::WriteSmartLock 
   /// Gives it back before the end of the scope. A second call does nothing.
   void Unlock() noexcept YSYNCH_RELEASE() {
     if (mpFile != nullptr) mpFile->UnlockForWriting();
-    mpFile = nullptr;
-  }
-
-  /// Lets go of it without giving it back: it stays with the file, away from all others, for the next one of
-  /// this kind, which takes it without asking the system. Nothing else may be called before.
-  ///
-  /// \pre Somebody who takes the next one is waiting to do so, or closes the file instead.
-  void LeaveForNext() noexcept YSYNCH_RELEASE() {
-    if (mpFile != nullptr) mpFile->LeaveLockForNext();
     mpFile = nullptr;
   }
 

@@ -1,5 +1,3 @@
-#include "Destinations/WaitingWriters.h"
-
 #include <sys/file.h>
 
 #include <algorithm>
@@ -16,7 +14,6 @@
 
 #include "Destinations/Destination_DiskFile_Impl.h"
 #include "support/BlockedThread.h"
-#include "support/ChildProcess.h"
 #include "support/FileLock.h"
 #include "support/FileOperationsWrapper.h"
 #include "support/New.h"
@@ -24,46 +21,6 @@
 #include "support/TemporaryDirectory.h"
 
 namespace {
-
-using YLog::WaitingWriters;
-
-int TimesInARow(WaitingWriters& writers) {
-  int times = 0;
-  while (writers.MayHaveFileLock()) ++times;
-  return times;
-}
-
-TEST(WaitingWriters, AreNotThereToTakeTheLockWhenNobodyWaits) {
-  const auto writers = std::make_unique<WaitingWriters>();
-  EXPECT_FALSE(writers->MayHaveFileLock());
-  writers->Add();
-  writers->Remove();
-  EXPECT_FALSE(writers->MayHaveFileLock());
-}
-
-TEST(WaitingWriters, TakeTheLockThirtyTwoTimesInARowAndThenLetOthersHaveIt) {
-  const auto writers = std::make_unique<WaitingWriters>();
-  writers->Add();
-  EXPECT_EQ(32, TimesInARow(*writers));
-  EXPECT_EQ(32, TimesInARow(*writers));
-}
-
-TEST(WaitingWriters, BeginARowAnewAfterATurnWithoutAnybodyWaiting) {
-  const auto writers = std::make_unique<WaitingWriters>();
-  writers->Add();
-  EXPECT_TRUE(writers->MayHaveFileLock());
-  writers->Remove();
-  EXPECT_FALSE(writers->MayHaveFileLock());
-  writers->Add();
-  EXPECT_EQ(32, TimesInARow(*writers));
-}
-
-TEST(WaitingWriters, OfTheParentAreNoneOfAChild) {
-  const auto writers = std::make_unique<WaitingWriters>();
-  writers->Add();
-  EXPECT_EQ(0, Support::ChildProcess([&] { return writers->MayHaveFileLock() ? 1 : 0; }).Wait());
-  EXPECT_TRUE(writers->MayHaveFileLock());
-}
 
 /// Counts the calls for the lock of a file, and holds up the first write until it is told to go on.
 class SlowFirstWrite final : public Support::FileOperationsWrapper {
@@ -94,7 +51,7 @@ class SlowFirstWrite final : public Support::FileOperationsWrapper {
   const Support::ScopedFileOperations mScope{*this};
 };
 
-class WaitingForAFile : public testing::Test {
+class DiskFileLock : public testing::Test {
  protected:
   std::filesystem::path Path() const { return mDirectory.Path() / "a.log"; }
   void Log() const { mDestination->LogMessage("text", *YLog::CreateMessageHeader()); }
@@ -110,37 +67,25 @@ class WaitingForAFile : public testing::Test {
       Support::New<YLog::Destination_DiskFile_Impl>(YBase::UTF8ToWideChar(Path().c_str()).c_str());
 };
 
-TEST_F(WaitingForAFile, TakesTheFilesLockOverFromTheOneBefore) {
-  {
-    const std::jthread first([this] { Log(); });
-    mOperations.WaitForWrite();
-    const Support::BlockedThread second([this] { Log(); });
-    EXPECT_TRUE(second.Waits());
-    mOperations.GoOn();
-  }
-  EXPECT_EQ(2, CountRecords(Path()));
-  EXPECT_EQ(1, mOperations.mLocks);
-  EXPECT_EQ(1, mOperations.mUnlocks);
-  EXPECT_TRUE(Support::IsFree(Path()));
-}
-
-TEST_F(WaitingForAFile, OfManyGivesTheLockBackAfterTheLast) {
+// Other processes wait for the same lock, and would never get it between two threads of a busy one.
+TEST_F(DiskFileLock, IsGivenBackAfterEachRecordThoughOtherThreadsWait) {
   {
     const std::jthread first([this] { Log(); });
     mOperations.WaitForWrite();
     std::vector<std::unique_ptr<Support::BlockedThread>> others;
-    for (int thread = 0; thread < 40; ++thread) {
+    for (int thread = 0; thread < 7; ++thread) {
       others.push_back(std::make_unique<Support::BlockedThread>([this] { Log(); }));
+      EXPECT_TRUE(others.back()->Waits());
     }
     mOperations.GoOn();
   }
-  EXPECT_EQ(41, CountRecords(Path()));
-  EXPECT_EQ(2, mOperations.mLocks) << "once more after 33 records, for other processes";
-  EXPECT_EQ(2, mOperations.mUnlocks);
+  EXPECT_EQ(8, CountRecords(Path()));
+  EXPECT_EQ(8, mOperations.mLocks);
+  EXPECT_EQ(8, mOperations.mUnlocks);
   EXPECT_TRUE(Support::IsFree(Path()));
 }
 
-TEST_F(WaitingForAFile, FindsItClosedWhereItsPathWasChangedMeanwhile) {
+TEST_F(DiskFileLock, IsTakenOnTheNewFileByAThreadThatWaitedWhileThePathWasChanged) {
   const auto newPath = mDirectory.Path() / "b.log";
   {
     const std::jthread first([this] { Log(); });
