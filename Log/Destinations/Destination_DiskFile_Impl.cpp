@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <utility>
 
 #include <YBase/CancellationGuard.h>
 #include <YBase/ExceptionImpl.h>
@@ -67,8 +68,9 @@ Destination_DiskFile_Impl::Outcome Destination_DiskFile_Impl::TryToWrite(std::st
   const YFileSystem::UpdateableFile::PathState state = file.QueryPath();
   if (!state.mIsThisFile) return Outcome::FILE_GONE;
   if (state.mSize >= mMaximumFileSize) {
-    BackupFiles(mFilePath, mMaximumFileBackup).Rotate(file);
-    return Outcome::ROTATED;
+    // An empty file, of a maximum size of 0, must not drive the backups out.
+    if (state.mSize > 0) BackupFiles(mFilePath, mMaximumFileBackup).Rotate(file);
+    return Outcome::NOT_YET_WRITTEN;
   }
   AppendRecord(file, state.mSize, record);
   return Outcome::WRITTEN;
@@ -77,7 +79,8 @@ Destination_DiskFile_Impl::Outcome Destination_DiskFile_Impl::TryToWrite(std::st
 void Destination_DiskFile_Impl::AppendRecord(YFileSystem::UpdateableFile& file, std::uint64_t size,
                                              std::string_view record) const {
   std::string_view before;
-  // Whoever finds the file as it left it is alone on it, and pays nothing for what others may have left.
+  // If the size is the one this destination left, no other process has written since, so the checks for
+  // leftovers are skipped.
   if (size == 0 || size != mSizeAsLeft) {
     size = MendBeginning(file, size);
     if (size == 0) {
@@ -94,8 +97,8 @@ void Destination_DiskFile_Impl::AppendRecord(YFileSystem::UpdateableFile& file, 
   mSizeAsLeft = size + before.size() + record.size();
 }
 
-/// Finishes what a killed writer left undone at the beginning of the file: a rotation, or a head of which
-/// only a part was written, with no record behind it. Returns the size of the file then.
+/// Finishes what a killed writer left undone: a rotation, or a head of which only a part was written, with no
+/// record after it. Returns the size of the file then.
 std::uint64_t Destination_DiskFile_Impl::MendBeginning(YFileSystem::UpdateableFile& file,
                                                        std::uint64_t size) const {
   if (size > 0 && size < mFileHeaderText.size()) {
@@ -108,7 +111,7 @@ std::uint64_t Destination_DiskFile_Impl::MendBeginning(YFileSystem::UpdateableFi
       size = 0;
     }
   }
-  if (size == 0) BackupFiles(mFilePath, mMaximumFileBackup).FinishInterruptedRotation();
+  if (size == 0) BackupFiles(mFilePath, mMaximumFileBackup).SettleInterruptedRotation(file);
   return size;
 }
 
@@ -129,21 +132,24 @@ bool Destination_DiskFile_Impl::ReopenFileIfDue() const {
     ReopenFile();
     return true;
   } catch (const YBase::Message&) {
-    // Closed again, so that the retry period applies: left open, it would take the next message without
-    // having told of those before.
-    mpFile = nullptr;
     mMissed.RetryFailed();
     return false;
   }
 }
 
 void Destination_DiskFile_Impl::ReopenFile() const {
-  OpenFile();
-  if (!mMissed.IsEmpty()) WriteMissedMessagesRecord();
-  mMissed.Clear();
+  mSizeAsLeft = 0;
+  auto file = YFileSystem::OpenUpdateableFile(mFilePath.c_str(), YFileSystem::KEEP_WHAT_WAS_WRITTEN);
+  if (!mMissed.IsEmpty()) {
+    WriteMissedMessagesRecord(*file);
+    mMissed.Clear();
+  }
+  // Only now, so that the file stays closed with its count whatever fails before: an open one would take the
+  // next message before the missed ones are reported.
+  mpFile = std::move(file);
 }
 
-void Destination_DiskFile_Impl::WriteMissedMessagesRecord() const {
+void Destination_DiskFile_Impl::WriteMissedMessagesRecord(YFileSystem::UpdateableFile& file) const {
   // The thread's own header, which keeps these values.
   MessageHeader& header = *gModuleMainPtr->GetThreadContext()->GetMessageHeader();
   header.SetTimestampToNowLocal();
@@ -152,7 +158,6 @@ void Destination_DiskFile_Impl::WriteMissedMessagesRecord() const {
   header.SetMessageID(0);
   const std::string record = header.ToString() + mMissed.Describe() + "\n";
 
-  YFileSystem::UpdateableFile& file = *mpFile;
   const YFileSystem::WriteableFile::WriteSmartLock fileLock(file);
   const YFileSystem::UpdateableFile::PathState state = file.QueryPath();
   if (!state.mIsThisFile) {
@@ -160,11 +165,6 @@ void Destination_DiskFile_Impl::WriteMissedMessagesRecord() const {
         "YLog::Destination_DiskFile_Impl::ReopenFile: the file was replaced while it was being opened");
   }
   AppendRecord(file, state.mSize, record);
-}
-
-void Destination_DiskFile_Impl::OpenFile() const {
-  mpFile = YFileSystem::OpenUpdateableFile(mFilePath.c_str(), YFileSystem::KEEP_WHAT_WAS_WRITTEN);
-  mSizeAsLeft = 0;
 }
 
 void Destination_DiskFile_Impl::ThrowRaceCondition() const {
@@ -183,12 +183,13 @@ void Destination_DiskFile_Impl::SetFilePath(const wchar_t* path) {
   if (newPath == mFilePath) return;
   mFilePath = newPath;
   mpFile = nullptr;
+  mSizeAsLeft = 0;
   try {
     const std::wstring directory = YFileSystem::Path::GetDirname(mFilePath.c_str());
     if (!directory.empty() && !YFileSystem::Path::IsDirectory(directory.c_str())) {
       YFileSystem::Directory::Create(directory.c_str(), true);
     }
-    OpenFile();
+    mpFile = YFileSystem::OpenUpdateableFile(mFilePath.c_str(), YFileSystem::KEEP_WHAT_WAS_WRITTEN);
   } catch (const YBase::Message& failure) {
     mMissed.Begin(YBase::WideCharToUTF8(failure.GetMessage().c_str()), 0);
   }

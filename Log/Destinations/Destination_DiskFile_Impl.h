@@ -41,7 +41,7 @@ class Destination_DiskFile_Impl final : public Destination_Impl,
   void SetFilePath(const wchar_t* path);
 
  private:
-  enum class Outcome { WRITTEN, ROTATED, FILE_GONE };
+  enum class Outcome { WRITTEN, NOT_YET_WRITTEN, FILE_GONE };
 
   ~Destination_DiskFile_Impl() override = default;
 
@@ -55,8 +55,7 @@ class Destination_DiskFile_Impl final : public Destination_Impl,
 
   bool ReopenFileIfDue() const YSYNCH_REQUIRES(*mpLock);
   void ReopenFile() const YSYNCH_REQUIRES(*mpLock);
-  void WriteMissedMessagesRecord() const YSYNCH_REQUIRES(*mpLock);
-  void OpenFile() const YSYNCH_REQUIRES(*mpLock);
+  void WriteMissedMessagesRecord(YFileSystem::UpdateableFile& file) const YSYNCH_REQUIRES(*mpLock);
   [[noreturn]] void ThrowRaceCondition() const YSYNCH_REQUIRES(*mpLock);
 
   const std::string mFileHeaderText;

@@ -82,7 +82,7 @@ class KilledWriters : public testing::Test {
       children.swap(others);
     }
     for (Support::ChildProcess& child : children) child.Kill();
-    if (fs::exists(path.string() + ".rotating")) ++mKillsInsideARotation;
+    if (fs::exists(path.string() + ".part")) ++mKillsInsideARotation;
   }
 
   void Start(const fs::path& path, std::vector<Support::ChildProcess>& children) {
@@ -98,7 +98,7 @@ class KilledWriters : public testing::Test {
     while (mAcknowledged[writer] < target) std::this_thread::yield();
     if (kill < KILLS_PER_ROUND - 1) return;
     // Bounded by the writers' end: when they have written all, no rotation comes any more.
-    while (!fs::exists(path.string() + ".rotating") && mAcknowledged[writer] < RECORDS_PER_WRITER) {
+    while (!fs::exists(path.string() + ".part") && mAcknowledged[writer] < RECORDS_PER_WRITER) {
       std::this_thread::yield();
     }
   }

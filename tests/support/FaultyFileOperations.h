@@ -45,9 +45,12 @@ class FaultyFileOperations final : public FileOperationsWrapper {
   Fault mReadAt;
   Fault mWrite;
   Fault mTruncate;
+  Fault mChangePermissions;
+  Fault mChangeOwner;
   Fault mRename;
   Fault mUnlink;
   Fault mQueryPath;
+  Fault mQueryName;
   Fault mQueryDescriptor;
 
   int Open(const char* path, int flags, mode_t mode) noexcept override {
@@ -65,6 +68,13 @@ class FaultyFileOperations final : public FileOperationsWrapper {
   int Truncate(int descriptor, std::uint64_t size) noexcept override {
     return mTruncate.Strikes() ? -1 : FileOperationsWrapper::Truncate(descriptor, size);
   }
+  int ChangePermissions(int descriptor, mode_t permissions) noexcept override {
+    return mChangePermissions.Strikes() ? -1
+                                        : FileOperationsWrapper::ChangePermissions(descriptor, permissions);
+  }
+  int ChangeOwner(int descriptor, uid_t owner, gid_t group) noexcept override {
+    return mChangeOwner.Strikes() ? -1 : FileOperationsWrapper::ChangeOwner(descriptor, owner, group);
+  }
   int Rename(const char* from, const char* to) noexcept override {
     return mRename.Strikes() ? -1 : FileOperationsWrapper::Rename(from, to);
   }
@@ -73,6 +83,9 @@ class FaultyFileOperations final : public FileOperationsWrapper {
   }
   int QueryPath(const char* path, YFileSystem::FileFacts& facts) noexcept override {
     return mQueryPath.Strikes() ? -1 : FileOperationsWrapper::QueryPath(path, facts);
+  }
+  int QueryName(const char* path, YFileSystem::FileFacts& facts) noexcept override {
+    return mQueryName.Strikes() ? -1 : FileOperationsWrapper::QueryName(path, facts);
   }
   int QueryDescriptor(int descriptor, YFileSystem::FileFacts& facts) noexcept override {
     return mQueryDescriptor.Strikes() ? -1 : FileOperationsWrapper::QueryDescriptor(descriptor, facts);

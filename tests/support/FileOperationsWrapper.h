@@ -24,10 +24,19 @@ class FileOperationsWrapper : public YFileSystem::FileOperations {
   int Truncate(int descriptor, std::uint64_t size) noexcept override {
     return mNext.Truncate(descriptor, size);
   }
+  int ChangePermissions(int descriptor, mode_t permissions) noexcept override {
+    return mNext.ChangePermissions(descriptor, permissions);
+  }
+  int ChangeOwner(int descriptor, uid_t owner, gid_t group) noexcept override {
+    return mNext.ChangeOwner(descriptor, owner, group);
+  }
   int Rename(const char* from, const char* to) noexcept override { return mNext.Rename(from, to); }
   int Unlink(const char* path) noexcept override { return mNext.Unlink(path); }
   int QueryPath(const char* path, YFileSystem::FileFacts& facts) noexcept override {
     return mNext.QueryPath(path, facts);
+  }
+  int QueryName(const char* path, YFileSystem::FileFacts& facts) noexcept override {
+    return mNext.QueryName(path, facts);
   }
   int QueryDescriptor(int descriptor, YFileSystem::FileFacts& facts) noexcept override {
     return mNext.QueryDescriptor(descriptor, facts);

@@ -1,7 +1,5 @@
 #include <YFileSystem/File.h>
 
-#include <fcntl.h>
-
 #include <cerrno>
 #include <string>
 
@@ -9,6 +7,7 @@
 
 #include "Failure.h"
 #include "FileOperations.h"
+#include "Uninterrupted.h"
 
 namespace YFileSystem::File {
 
@@ -20,16 +19,18 @@ int Remove(const std::string& path) noexcept {
   return errno == ENOENT || errno == ENOTDIR ? 0 : errno;
 }
 
-int OpenNew(const std::string& path) noexcept {
-  constexpr int FLAGS = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-  int descriptor;
-  do {
-    descriptor = FileOperations::GetCurrent().Open(path.c_str(), FLAGS, NEW_FILE_MODE);
-  } while (descriptor < 0 && errno == EINTR);
-  return descriptor;
-}
-
 }  // namespace
+
+std::optional<FileFacts> Query(const wchar_t* path) {
+  static constexpr const char* FUNCTION_NAME = "YFileSystem::File::Query";
+  const std::string file = YBase::WideCharToUTF8(path);
+  FileFacts facts;
+  if (Uninterrupted([&] { return FileOperations::GetCurrent().QueryName(file.c_str(), facts); }) == 0) {
+    return facts;
+  }
+  if (errno == ENOENT) return std::nullopt;
+  ThrowFailure(FUNCTION_NAME, "query", file, errno);
+}
 
 void Delete(const wchar_t* path) {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::File::Delete";
@@ -44,20 +45,6 @@ void Move(const wchar_t* from, const wchar_t* to) {
   if (FileOperations::GetCurrent().Rename(source.c_str(), target.c_str()) == 0) return;
   const int error = errno;
   ThrowFailure(FUNCTION_NAME, "move", source + "' to '" + target, error);
-}
-
-int OpenDescriptor(const wchar_t* path, OpenMode, ShareMode) {
-  static constexpr const char* FUNCTION_NAME = "YFileSystem::File::OpenDescriptor";
-  // Another process may put something at the path between the two calls; not for ever.
-  constexpr int MAXIMUM_ATTEMPTS = 5;
-  const std::string file = YBase::WideCharToUTF8(path);
-  for (int attempt = 1;; ++attempt) {
-    if (const int error = Remove(file)) ThrowFailure(FUNCTION_NAME, "replace", file, error);
-    const int descriptor = OpenNew(file);
-    if (descriptor >= 0) return descriptor;
-    const int error = errno;
-    if (error != EEXIST || attempt == MAXIMUM_ATTEMPTS) ThrowFailure(FUNCTION_NAME, "create", file, error);
-  }
 }
 
 }  // namespace YFileSystem::File

@@ -32,10 +32,19 @@ class SystemFileOperations final : public FileOperations {
   int Truncate(int descriptor, std::uint64_t size) noexcept override {
     return ::ftruncate(descriptor, static_cast<off_t>(size));
   }
+  int ChangePermissions(int descriptor, mode_t permissions) noexcept override {
+    return ::fchmod(descriptor, permissions);
+  }
+  int ChangeOwner(int descriptor, uid_t owner, gid_t group) noexcept override {
+    return ::fchown(descriptor, owner, group);
+  }
   int Rename(const char* from, const char* to) noexcept override { return std::rename(from, to); }
   int Unlink(const char* path) noexcept override { return ::unlink(path); }
   int QueryPath(const char* path, FileFacts& facts) noexcept override {
     return Platform::QueryPath(path, facts);
+  }
+  int QueryName(const char* path, FileFacts& facts) noexcept override {
+    return Platform::QueryName(path, facts);
   }
   int QueryDescriptor(int descriptor, FileFacts& facts) noexcept override {
     return Platform::QueryDescriptor(descriptor, facts);

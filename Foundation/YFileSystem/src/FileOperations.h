@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "FileFacts.h"
+#include <YFileSystem/FileFacts.h>
 
 namespace YFileSystem {
 
@@ -36,10 +36,14 @@ class FileOperations {
                          std::uint64_t position) noexcept = 0;
   virtual ssize_t Write(int descriptor, const iovec* pieces, int count) noexcept = 0;
   virtual int Truncate(int descriptor, std::uint64_t size) noexcept = 0;
+  virtual int ChangePermissions(int descriptor, mode_t permissions) noexcept = 0;
+  virtual int ChangeOwner(int descriptor, uid_t owner, gid_t group) noexcept = 0;
   virtual int Rename(const char* from, const char* to) noexcept = 0;
   virtual int Unlink(const char* path) noexcept = 0;
   /// Follows symbolic links.
   virtual int QueryPath(const char* path, FileFacts& facts) noexcept = 0;
+  /// Does not follow them.
+  virtual int QueryName(const char* path, FileFacts& facts) noexcept = 0;
   virtual int QueryDescriptor(int descriptor, FileFacts& facts) noexcept = 0;
   /// The size above which this process may not write to a file. Cannot fail.
   virtual std::uint64_t GetFileSizeLimit() noexcept = 0;

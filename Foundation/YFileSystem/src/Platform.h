@@ -2,13 +2,17 @@
 
 #include <chrono>
 
-#include "FileFacts.h"
+#include <YFileSystem/FileFacts.h>
 
 /// What each operating system does in its own way. The build picks the one source that fits.
 namespace YFileSystem::Platform {
 
-/// Asks about the file at the path, or behind the symbolic link there. Returns 0, or -1 with `errno` set.
+/// Asks about the file at the path, or that a symbolic link there leads to. Returns 0, or -1 with `errno`
+/// set.
 int QueryPath(const char* path, FileFacts& facts) noexcept;
+
+/// Asks about what has this name itself.
+int QueryName(const char* path, FileFacts& facts) noexcept;
 
 /// The same of an open file.
 int QueryDescriptor(int descriptor, FileFacts& facts) noexcept;

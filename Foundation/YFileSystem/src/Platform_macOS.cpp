@@ -17,7 +17,10 @@ FileFacts::Type TypeOf(mode_t mode) noexcept {
 FileFacts FactsOf(const struct stat& status) noexcept {
   return {TypeOf(status.st_mode),
           {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino)},
-          static_cast<std::uint64_t>(status.st_size)};
+          static_cast<std::uint64_t>(status.st_size),
+          static_cast<unsigned>(status.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)),
+          status.st_uid,
+          status.st_gid};
 }
 
 }  // namespace
@@ -25,6 +28,13 @@ FileFacts FactsOf(const struct stat& status) noexcept {
 int QueryPath(const char* path, FileFacts& facts) noexcept {
   struct stat status;
   if (::stat(path, &status) != 0) return -1;
+  facts = FactsOf(status);
+  return 0;
+}
+
+int QueryName(const char* path, FileFacts& facts) noexcept {
+  struct stat status;
+  if (::lstat(path, &status) != 0) return -1;
   facts = FactsOf(status);
   return 0;
 }

@@ -14,6 +14,7 @@
 
 #include "Failure.h"
 #include "FileOperations.h"
+#include "Uninterrupted.h"
 #include "UnwrittenPieces.h"
 
 namespace YFileSystem {
@@ -22,14 +23,6 @@ namespace {
 
 // As many pieces as one call takes; callers have two at most.
 constexpr int VECTOR_COUNT = 8;
-
-/// Makes a call again as long as a signal interrupts it.
-template <class Call>
-auto Uninterrupted(Call call) noexcept {
-  auto result = call();
-  while (result < 0 && errno == EINTR) result = call();
-  return result;
-}
 
 }  // namespace
 
@@ -40,7 +33,6 @@ UpdateableFile_Impl::UpdateableFile_Impl(std::string path) : mPath(std::move(pat
 
 UpdateableFile_Impl::~UpdateableFile_Impl() {
   Leave();
-  Close();
 }
 
 void UpdateableFile_Impl::Open() {
@@ -48,13 +40,14 @@ void UpdateableFile_Impl::Open() {
   // Not blocking, because what stands at the path may be a pipe, or a device that takes its time.
   constexpr int FLAGS = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
   FileOperations& operations = FileOperations::GetCurrent();
-  mDescriptor = Uninterrupted([&] { return operations.Open(mPath.c_str(), FLAGS, NEW_FILE_MODE); });
-  if (mDescriptor < 0) ThrowFailure(FUNCTION_NAME, "open", mPath, errno);
+  mDescriptor =
+      Descriptor(Uninterrupted([&] { return operations.Open(mPath.c_str(), FLAGS, NEW_FILE_MODE); }));
+  if (!mDescriptor) ThrowFailure(FUNCTION_NAME, "open", mPath, errno);
 
   FileFacts facts;
-  const int error = operations.QueryDescriptor(mDescriptor, facts) == 0 ? 0 : errno;
+  const int error = operations.QueryDescriptor(mDescriptor.Get(), facts) == 0 ? 0 : errno;
   if (error != 0 || facts.mType != FileFacts::Type::REGULAR) {
-    Close();
+    mDescriptor.Close();
     ThrowFailure(FUNCTION_NAME, "open", mPath, error != 0 ? ReasonOf(error) : "Not a regular file");
   }
   mIdentity = facts.mIdentity;
@@ -62,31 +55,25 @@ void UpdateableFile_Impl::Open() {
 }
 
 void UpdateableFile_Impl::OpenUnlessOpen() {
-  if (mDescriptor == NO_DESCRIPTOR) Open();
-}
-
-void UpdateableFile_Impl::Close() noexcept {
-  // Not repeated: even an interrupted close gives the descriptor back, to whoever opens something next.
-  if (mDescriptor != NO_DESCRIPTOR) FileOperations::GetCurrent().Close(mDescriptor);
-  mDescriptor = NO_DESCRIPTOR;
+  if (!mDescriptor) Open();
 }
 
 /// A lock belongs to the open file, which parent and child would share: each would hold it with the other,
 /// and a child that never needs the file would keep the lock of a parent that died.
 void UpdateableFile_Impl::AfterForkInChild() noexcept {
-  Close();
+  mDescriptor.Close();
 }
 
 void UpdateableFile_Impl::LockForWriting() {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::UpdateableFile_Impl::LockForWriting";
   OpenUnlessOpen();
   FileOperations& operations = FileOperations::GetCurrent();
-  if (Uninterrupted([&] { return operations.Lock(mDescriptor, LOCK_EX); }) == 0) return;
+  if (Uninterrupted([&] { return operations.Lock(mDescriptor.Get(), LOCK_EX); }) == 0) return;
   ThrowFailure(FUNCTION_NAME, "lock", mPath, errno);
 }
 
 void UpdateableFile_Impl::UnlockForWriting() noexcept {
-  if (mDescriptor != NO_DESCRIPTOR) FileOperations::GetCurrent().Lock(mDescriptor, LOCK_UN);
+  if (mDescriptor) FileOperations::GetCurrent().Lock(mDescriptor.Get(), LOCK_UN);
 }
 
 UpdateableFile::PathState UpdateableFile_Impl::QueryPath() {
@@ -95,6 +82,14 @@ UpdateableFile::PathState UpdateableFile_Impl::QueryPath() {
   if (FileOperations::GetCurrent().QueryPath(mPath.c_str(), facts) != 0) return {false, 0};
   if (facts.mIdentity != mIdentity) return {false, 0};
   return {true, facts.mSize};
+}
+
+FileFacts UpdateableFile_Impl::Query() {
+  static constexpr const char* FUNCTION_NAME = "YFileSystem::UpdateableFile_Impl::Query";
+  OpenUnlessOpen();
+  FileFacts facts;
+  if (FileOperations::GetCurrent().QueryDescriptor(mDescriptor.Get(), facts) == 0) return facts;
+  ThrowFailure(FUNCTION_NAME, "query", mPath, errno);
 }
 
 void UpdateableFile_Impl::Append(std::uint64_t size, std::initializer_list<std::string_view> pieces) {
@@ -121,7 +116,8 @@ int UpdateableFile_Impl::WriteAll(UnwrittenPieces& pieces) const noexcept {
   while (pieces.GetSize() != 0) {
     iovec vectors[VECTOR_COUNT];
     const int count = pieces.Describe(vectors);
-    const ssize_t written = Uninterrupted([&] { return operations.Write(mDescriptor, vectors, count); });
+    const ssize_t written =
+        Uninterrupted([&] { return operations.Write(mDescriptor.Get(), vectors, count); });
     if (written < 0) return errno;
     // No file system does so; but whoever does must not be asked for ever.
     if (written == 0) return EIO;
@@ -136,8 +132,9 @@ std::size_t UpdateableFile_Impl::Read(char* buffer, std::size_t count) {
   FileOperations& operations = FileOperations::GetCurrent();
   std::size_t total = 0;
   while (total != count) {
-    const ssize_t read = Uninterrupted(
-        [&] { return operations.ReadAt(mDescriptor, buffer + total, count - total, mPosition + total); });
+    const ssize_t read = Uninterrupted([&] {
+      return operations.ReadAt(mDescriptor.Get(), buffer + total, count - total, mPosition + total);
+    });
     if (read < 0) ThrowFailure(FUNCTION_NAME, "read", mPath, errno);
     if (read == 0) break;
     total += static_cast<std::size_t>(read);
@@ -157,7 +154,7 @@ void UpdateableFile_Impl::Truncate() {
 
 int UpdateableFile_Impl::TruncateTo(std::uint64_t size) const noexcept {
   FileOperations& operations = FileOperations::GetCurrent();
-  return Uninterrupted([&] { return operations.Truncate(mDescriptor, size); }) == 0 ? 0 : errno;
+  return Uninterrupted([&] { return operations.Truncate(mDescriptor.Get(), size); }) == 0 ? 0 : errno;
 }
 
 YBase::SmartPtrI<UpdateableFile> OpenUpdateableFile(

@@ -2,11 +2,12 @@
 
 #include <string>
 
+#include <YFileSystem/Descriptor.h>
+#include <YFileSystem/FileFacts.h>
 #include <YFileSystem/UpdateableFile.h>
 #include <YSynch/ForkParticipant.h>
 #include <YSynch/ReferenceCountedImpl.h>
 
-#include "FileFacts.h"
 #include "FileSizeLimit.h"
 
 namespace YFileSystem {
@@ -22,6 +23,7 @@ class UpdateableFile_Impl final : public UpdateableFile,
 
   void Append(std::uint64_t size, std::initializer_list<std::string_view> pieces) override;
   PathState QueryPath() override;
+  FileFacts Query() override;
   void SetPosition(std::uint64_t position) noexcept override { mPosition = position; }
   std::size_t Read(char* buffer, std::size_t count) override;
   void Truncate() override;
@@ -35,18 +37,15 @@ class UpdateableFile_Impl final : public UpdateableFile,
 
   void Open();
   void OpenUnlessOpen();
-  void Close() noexcept;
   int WriteAll(UnwrittenPieces& pieces) const noexcept;
   int TruncateTo(std::uint64_t size) const noexcept;
 
   const std::string mPath;
   // None in a child of a fork that has not needed the file yet.
-  int mDescriptor = NO_DESCRIPTOR;
+  Descriptor mDescriptor;
   FileIdentity mIdentity;
   std::uint64_t mPosition = 0;
   FileSizeLimit mFileSizeLimit;
-
-  static constexpr int NO_DESCRIPTOR = -1;
 };
 
 }  // namespace YFileSystem

@@ -1,13 +1,13 @@
 #include <YFileSystem/File.h>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <optional>
 #include <string>
+#include <system_error>
 
 #include <gtest/gtest.h>
 
@@ -19,6 +19,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using YFileSystem::FileFacts;
 
 class File : public testing::Test {
  protected:
@@ -26,15 +27,8 @@ class File : public testing::Test {
   void Move(const std::string& from, const std::string& to) const {
     YFileSystem::File::Move(mDirectory.Wide(from).c_str(), mDirectory.Wide(to).c_str());
   }
-  int OpenDescriptor(const std::string& name) const {
-    return YFileSystem::File::OpenDescriptor(mDirectory.Wide(name).c_str(),
-                                             YFileSystem::File::OPEN_MODE_CREATE,
-                                             YFileSystem::File::SHARE_MODE_NONE);
-  }
-  void WriteNew(const std::string& name, const std::string& content) const {
-    const int descriptor = OpenDescriptor(name);
-    EXPECT_EQ(write(descriptor, content.data(), content.size()), static_cast<ssize_t>(content.size()));
-    close(descriptor);
+  std::optional<FileFacts> Query(const std::string& name) const {
+    return YFileSystem::File::Query(mDirectory.Wide(name).c_str());
   }
 
   fs::path Path(const std::string& name) const { return mDirectory.Path() / name; }
@@ -136,111 +130,47 @@ TEST_F(File, ThatMayNotBeMovedSaysSo) {
   EXPECT_TRUE(faults.mRename.HasHappened());
 }
 
-TEST_F(File, IsCreatedByItsDescriptor) {
-  WriteNew("a", "x");
-  EXPECT_EQ(Content("a"), "x");
+TEST_F(File, IsKnownWithItsTypeSizeAndPermissions) {
+  Write("a", "four");
+  fs::permissions(Path("a"), fs::perms(0604));
+  const auto facts = Query("a");
+  ASSERT_TRUE(facts);
+  EXPECT_EQ(facts->mType, FileFacts::Type::REGULAR);
+  EXPECT_EQ(facts->mSize, 4U);
+  EXPECT_EQ(facts->mPermissions, 0604U);
+  EXPECT_EQ(facts->mOwner, geteuid());
+  EXPECT_EQ(facts->mGroup, getegid());
 }
 
-TEST_F(File, IsReplacedByItsDescriptor) {
-  Write("a", "something long");
-  const std::ifstream old(Path("a"));
-  WriteNew("a", "x");
-  EXPECT_EQ(Content("a"), "x");
-  EXPECT_EQ((std::ostringstream() << old.rdbuf()).str(), "something long")
-      << "whoever reads the old one goes on";
+TEST_F(File, IsNotWhatASymbolicLinkOfTheNameLeadsTo) {
+  Write("a", "x");
+  fs::create_symlink(Path("a"), Path("link"));
+  fs::create_symlink(Path("nothing"), Path("dangling"));
+  EXPECT_EQ(Query("link")->mType, FileFacts::Type::OTHER);
+  EXPECT_EQ(Query("dangling")->mType, FileFacts::Type::OTHER);
 }
 
-TEST_F(File, BehindASymbolicLinkIsNotTouchedByADescriptor) {
-  Write("target", "old");
-  fs::create_symlink(Path("target"), Path("link"));
-  WriteNew("link", "new");
-  EXPECT_FALSE(fs::is_symlink(Path("link")));
-  EXPECT_EQ(Content("link"), "new");
-  EXPECT_EQ(Content("target"), "old");
+TEST_F(File, IsADirectoryWhereTheNameIsThatOfOne) {
+  EXPECT_EQ(Query("")->mType, FileFacts::Type::DIRECTORY);
 }
 
-TEST_F(File, BehindADanglingLinkIsNotCreatedByADescriptor) {
-  fs::create_symlink(Path("target"), Path("link"));
-  WriteNew("link", "new");
-  EXPECT_EQ(Content("link"), "new");
-  EXPECT_FALSE(Exists("target"));
-}
-
-TEST_F(File, TakesThePlaceOfAPipeWithoutWaitingForItsReader) {
-  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
-  WriteNew("pipe", "x");
-  EXPECT_EQ(Content("pipe"), "x");
-}
-
-TEST_F(File, DoesNotTakeThePlaceOfADirectory) {
-  fs::create_directory(Path("folder"));
-  EXPECT_EQ(ThrownText([&] { OpenDescriptor("folder"); }),
-            Failure("OpenDescriptor", "replace", "folder", "Is a directory"));
-}
-
-TEST_F(File, IsNotCreatedWithoutItsFolder) {
-  EXPECT_EQ(ThrownText([&] { OpenDescriptor("missing/a"); }),
-            Failure("OpenDescriptor", "create", "missing/a", "No such file or directory"));
-}
-
-TEST_F(File, IsForItsOwnerAndGroupLessTheUmask) {
-  const mode_t previous = umask(0);
-  WriteNew("open", "x");
-  umask(077);
-  WriteNew("closed", "x");
-  umask(previous);
-  EXPECT_EQ(fs::status(Path("open")).permissions(), fs::perms(0640));
-  EXPECT_EQ(fs::status(Path("closed")).permissions(), fs::perms(0600));
-}
-
-TEST_F(File, HasADescriptorThatIsClosedOnExec) {
-  const int descriptor = OpenDescriptor("a");
-  EXPECT_EQ(fcntl(descriptor, F_GETFD), FD_CLOEXEC);
-  close(descriptor);
-}
-
-TEST_F(File, IsOpenedAgainWhereASignalInterruptsIt) {
+TEST_F(File, IsMissingOnlyWhereTheSystemSaysSo) {
+  EXPECT_FALSE(Query("a"));
   Support::FaultyFileOperations faults;
-  faults.mOpen.Inject(EINTR, 3);
-  WriteNew("a", "x");
-  EXPECT_TRUE(faults.mOpen.HasHappened());
-  EXPECT_EQ(Content("a"), "x");
-}
-
-/// Another process that puts a file at the path whenever it becomes free.
-class Intruder final : public Support::FileOperationsWrapper {
- public:
-  explicit Intruder(int times) : mTimes(times) {}
-
-  int Unlink(const char* path) noexcept override {
-    const int result = FileOperationsWrapper::Unlink(path);
-    if (mTimes != 0) {
-      --mTimes;
-      ++mIntrusions;
-      close(open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    }
-    return result;
+  for (const int error : {EIO, ENOMEM, EACCES, ENAMETOOLONG, ENOTDIR}) {
+    faults.mQueryName.Inject(error);
+    EXPECT_EQ(ThrownText([&] { Query("a"); }),
+              Failure("Query", "query", "a", std::generic_category().message(error)));
+    EXPECT_TRUE(faults.mQueryName.HasHappened());
   }
-
-  int mIntrusions = 0;
-
- private:
-  int mTimes;
-  const Support::ScopedFileOperations mScope{*this};
-};
-
-TEST_F(File, IsReplacedWhereAnotherProcessCreatesItInBetween) {
-  Intruder intruder(2);
-  WriteNew("a", "x");
-  EXPECT_EQ(intruder.mIntrusions, 2);
-  EXPECT_EQ(Content("a"), "x");
 }
 
-TEST_F(File, IsNotReplacedForEverWhereAnotherProcessKeepsCreatingIt) {
-  Intruder intruder(1000);
-  EXPECT_EQ(ThrownText([&] { OpenDescriptor("a"); }),
-            Failure("OpenDescriptor", "create", "a", "File exists"));
-  EXPECT_EQ(intruder.mIntrusions, 5);
+TEST_F(File, IsAskedForAgainWhereASignalInterruptsTheQuestion) {
+  Write("a", "x");
+  Support::FaultyFileOperations faults;
+  faults.mQueryName.Inject(EINTR, 3);
+  EXPECT_TRUE(Query("a"));
+  EXPECT_TRUE(faults.mQueryName.HasHappened());
 }
 
 }  // namespace

@@ -62,11 +62,11 @@ class DiskFile : public testing::Test {
   void GiveBack() const { fs::remove(Path()); }
   /// From now on writing fails, because the file is full and cannot be rotated, until `Repair`.
   void Break() {
-    fs::create_directory(Path(".rotating"));
+    fs::create_directory(Path(".part"));
     (*mDestination)->SetMaximumFileSize(1);
   }
   void Repair() {
-    fs::remove(Path(".rotating"));
+    fs::remove(Path(".part"));
     (*mDestination)->SetMaximumFileSize(2'000'000);
   }
 
@@ -259,7 +259,7 @@ TEST_F(DiskFile, TellsHowManyMessagesItMissedSinceWhenAndWhy) {
   const std::vector<std::string> lines = Support::Lines(Content());
   ASSERT_EQ(lines.size(), 4U);
   EXPECT_THAT(lines[2], HasSubstr("][Log][Error][UID:0][SID:0][OID:0] Missed 6 messages since " + start +
-                                  " due to: YFileSystem::File::OpenDescriptor: "));
+                                  " due to: YFileSystem::FileCopy::Find: "));
   EXPECT_EQ(lines[3] + "\n", Record("written"));
 }
 
@@ -319,7 +319,7 @@ TEST_F(DiskFile, WaitsAnotherPeriodWhenTryingAgainFails) {
   mClock.Advance(seconds(1));
   Log("written");
   EXPECT_THAT(Content(), HasSubstr(" Missed 3 messages since " + start +
-                                   " due to: YFileSystem::File::OpenDescriptor: "));
+                                   " due to: YFileSystem::FileCopy::Find: "));
 }
 
 TEST_F(DiskFile, ARefusedMessageDoesNotProlongThePeriod) {

@@ -88,7 +88,7 @@ TEST_F(DiskFileFailures, ACopyThatDoesNotFitLeavesTheFileUntouchedAndNamesTheBac
     Log("lost");
     EXPECT_EQ(Content(), full);
     EXPECT_FALSE(fs::exists(Path(".bak00")));
-    EXPECT_FALSE(fs::exists(Path(".rotating")));
+    EXPECT_FALSE(fs::exists(Path(".part")));
 
     (*mDestination)->SetMaximumFileSize(2'000'000);
     LogAfterRetryPeriod("written");
@@ -188,7 +188,7 @@ TEST_F(DiskFileFailures, TheLimitAppliesToTheCopyOfARotationToo) {
     EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
     Log("lost");
     EXPECT_EQ(Content(), before);
-    EXPECT_FALSE(fs::exists(Path(".rotating")));
+    EXPECT_FALSE(fs::exists(Path(".part")));
     return HasFailure() ? 1 : 0;
   });
   EXPECT_EQ(child.Wait(), 0);

@@ -1,53 +1,22 @@
 #include <sys/stat.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
+#include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <YLog/Initializer.h>
-#include <YLog/MessageHeader.h>
-
-#include "Destinations/Destination_DiskFile_Impl.h"
-#include "support/ReadFile.h"
-#include "support/TemporaryDirectory.h"
+#include "Log/Destinations/RotationTest.h"
+#include "support/FakeClock.h"
+#include "support/FaultyFileOperations.h"
+#include "support/FileCallHook.h"
+#include "support/New.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-const std::string HEAD = "\xEF\xBB\xBF# Vellatorquine Log version 2.0\n";
-
-class Rotation : public testing::Test {
- protected:
-  void Log(const std::string& text) { mDestination->LogMessage(text.c_str(), *mHeader); }
-  std::string Record(const std::string& text) const { return mHeader->ToString() + (" " + text + "\n"); }
-  std::size_t SizeOf(const std::string& text) const { return HEAD.size() + Record(text).size(); }
-
-  fs::path Path(const std::string& suffix = "") const { return mDirectory.Path() / ("a.log" + suffix); }
-  std::string Content(const std::string& suffix = "") const { return Support::ReadFile(Path(suffix)); }
-  bool Exists(const std::string& suffix) const { return fs::exists(fs::symlink_status(Path(suffix))); }
-  void Write(const std::string& suffix, const std::string& content) const {
-    std::ofstream(Path(suffix), std::ios::binary) << content;
-  }
-  static std::string BackupSuffix(int number) {
-    char suffix[16];
-    std::snprintf(suffix, sizeof suffix, ".bak%02d", number);
-    return suffix;
-  }
-  void WriteBackups(int count) const {
-    for (int number = 0; number < count; ++number) Write(BackupSuffix(number), "b" + std::to_string(number));
-  }
-
-  const YLog::Initializer mInitializer;
-  const Support::TemporaryDirectory mDirectory;
-  const YBase::SmartPtrI<YLog::MessageHeader> mHeader = YLog::CreateMessageHeader();
-  const YBase::SmartPtrI<YLog::Destination_DiskFile_Impl> mDestination{
-      new YLog::Destination_DiskFile_Impl(Path().wstring().c_str())};
-};
+using Rotation = RotationTest;
 
 TEST_F(Rotation, LeavesAFileOneByteBelowItsLimitAlone) {
   mDestination->SetMaximumFileSize(SizeOf("one") + 1);
@@ -166,7 +135,7 @@ TEST_F(Rotation, ReplacesASymbolicLinkInABackupsPlace) {
 
 TEST_F(Rotation, ReplacesASymbolicLinkInTheCopysPlace) {
   Write(".victim", "untouched");
-  fs::create_symlink(Path(".victim"), Path(".rotating"));
+  fs::create_symlink(Path(".victim"), Path(".part"));
   mDestination->SetMaximumFileSize(1);
   Log("one");
   Log("two");
@@ -178,35 +147,202 @@ TEST_F(Rotation, LeavesNoCopyBehind) {
   mDestination->SetMaximumFileSize(1);
   Log("one");
   Log("two");
-  EXPECT_FALSE(Exists(".rotating"));
+  EXPECT_FALSE(Exists(".part"));
 }
 
-TEST_F(Rotation, FinishesARotationThatWasKilledBehindTheEmptyingOfTheFile) {
-  Write(".rotating", HEAD + "whole\n");
-  mDestination->SetMaximumFileBackup(3);
-  Log("one");
-  EXPECT_EQ(Content(".bak00"), HEAD + "whole\n");
-  EXPECT_FALSE(Exists(".rotating"));
-  EXPECT_EQ(Content(), HEAD + Record("one"));
+// What makes room.
+
+TEST_F(Rotation, TakesABackupsNumberForFreeOnlyWhereTheSystemSaysSo) {
+  for (const int error : {EIO, ENOMEM, EACCES}) {
+    Write("", "full");
+    WriteBackups(2);
+    mDestination->SetMaximumFileSize(1);
+    mDestination->SetMaximumFileBackup(5);
+    Support::FakeClock clock(std::chrono::sys_days(std::chrono::year(2024 + error) / 3 / 5));
+    Support::FaultyFileOperations faults;
+    // The first two questions are about the copy.
+    faults.mQueryName.Inject(error, 1, 2);
+    Log("lost");
+    EXPECT_TRUE(faults.mQueryName.HasHappened());
+    EXPECT_EQ(Content(".bak00"), "b0");
+    EXPECT_EQ(Content(".bak01"), "b1");
+    EXPECT_THAT(Content(), testing::StartsWith("full"));
+    EXPECT_FALSE(Exists(".bak02"));
+    EXPECT_FALSE(IsCopyLeft());
+  }
 }
 
-TEST_F(Rotation, ShiftsTheBackupsBeforeItFinishesAKilledRotation) {
-  Write(".rotating", "whole");
+TEST_F(Rotation, AsksAgainForABackupWhereASignalInterruptsTheQuestion) {
+  Write("", "full");
   WriteBackups(1);
-  mDestination->SetMaximumFileBackup(3);
+  mDestination->SetMaximumFileSize(1);
+  mDestination->SetMaximumFileBackup(2);
+  Support::FaultyFileOperations faults;
+  faults.mQueryName.Inject(EINTR, 3, 2);
   Log("one");
-  EXPECT_EQ(Content(".bak00"), "whole");
+  EXPECT_TRUE(faults.mQueryName.HasHappened());
   EXPECT_EQ(Content(".bak01"), "b0");
+  EXPECT_EQ(Content(".bak00"), "full");
 }
 
-TEST_F(Rotation, ThrowsTheCopyOfAKilledRotationAwayWhereTheFileIsFull) {
-  Log("one");
-  Write(".rotating", "a part of");
+TEST_F(Rotation, DestroysNoBackupByRotatingAnEmptyFile) {
+  WriteBackups(2);
+  mDestination->SetMaximumFileSize(0);
+  mDestination->SetMaximumFileBackup(3);
+  Log("lost");
+  EXPECT_EQ(Content(), "");
+  EXPECT_EQ(Content(".bak00"), "b0");
+  EXPECT_EQ(Content(".bak01"), "b1");
+  EXPECT_FALSE(Exists(".bak02"));
+}
+
+TEST_F(Rotation, DeletesTheOldBackupBeforeItCopiesWhenNoneAreToBeKept) {
+  Write("", "full");
+  WriteBackups(1);
   mDestination->SetMaximumFileSize(1);
+  mDestination->SetMaximumFileBackup(0);
+  bool wasGone = false;
+  {
+    const Support::FileCallHook hook([&](std::string_view call) {
+      if (call == "write" && IsCopyLeft()) wasGone = !Exists(".bak00");
+      return 0;
+    });
+    Log("one");
+  }
+  EXPECT_TRUE(wasGone);
+  EXPECT_EQ(Content(".bak00"), "full");
+}
+
+TEST_F(Rotation, FailsBeforeItEmptiesTheFileWhereABackupsNameIsADirectory) {
+  for (const unsigned long count : {0UL, 1UL, 3UL}) {
+    const Support::TemporaryDirectory directory;
+    const fs::path path = directory.Path() / "a.log";
+    fs::create_directory(path.string() + ".bak00");
+    std::ofstream(path) << "full";
+    const auto file = Support::New<YLog::Destination_DiskFile_Impl>(path.wstring().c_str());
+    file->SetMaximumFileSize(1);
+    file->SetMaximumFileBackup(count);
+    file->LogMessage("lost", *mHeader);
+    EXPECT_EQ(Support::ReadFile(path), "full") << count;
+    EXPECT_TRUE(fs::is_directory(path.string() + ".bak00"));
+    EXPECT_FALSE(fs::exists(path.string() + ".part"));
+  }
+}
+
+TEST_F(Rotation, MovesABackupThatIsALinkUpAsALink) {
+  Write(".victim", "untouched");
+  fs::create_symlink(Path(".victim"), Path(".bak00"));
+  mDestination->SetMaximumFileSize(1);
+  mDestination->SetMaximumFileBackup(3);
+  Log("one");
   Log("two");
+  EXPECT_TRUE(fs::is_symlink(Path(".bak01")));
+  EXPECT_EQ(Content(".victim"), "untouched");
   EXPECT_EQ(Content(".bak00"), HEAD + Record("one"));
-  EXPECT_EQ(Content(), HEAD + Record("two"));
-  EXPECT_FALSE(Exists(".rotating"));
+}
+
+TEST_F(Rotation, WorksForEveryNameThatItsBackupsLeaveRoomFor) {
+  for (const std::size_t length : {246U, 247U, 248U, 249U}) {
+    const fs::path path = mDirectory.Path() / std::string(length, 'n');
+    const auto file = Support::New<YLog::Destination_DiskFile_Impl>(path.wstring().c_str());
+    file->SetMaximumFileSize(1);
+    file->LogMessage("one", *mHeader);
+    file->LogMessage("two", *mHeader);
+    EXPECT_EQ(Support::ReadFile(path), HEAD + Record("two")) << length;
+    EXPECT_EQ(Support::ReadFile(path.string() + ".bak00"), HEAD + Record("one"));
+  }
+}
+
+TEST_F(Rotation, StopsAtTheBackupWhoseNameIsTheLastToFit) {
+  const fs::path path = mDirectory.Path() / std::string(249, 'n');
+  for (int number = 0; number < 100; ++number) {
+    std::ofstream(path.string() + BackupSuffix(number)) << "b" << number;
+  }
+  const auto file = Support::New<YLog::Destination_DiskFile_Impl>(path.wstring().c_str());
+  file->SetMaximumFileSize(1);
+  file->SetMaximumFileBackup(256);
+  file->LogMessage("one", *mHeader);
+  file->LogMessage("two", *mHeader);
+  EXPECT_EQ(Support::ReadFile(path.string() + ".bak00"), HEAD + Record("one"));
+  EXPECT_EQ(Support::ReadFile(path.string() + ".bak99"), "b98");
+}
+
+// Whom a backup is for.
+
+TEST_F(Rotation, GivesItsBackupTheModeOfTheFile) {
+  mDestination->SetMaximumFileSize(1);
+  for (const unsigned mode : {0600U, 0640U, 0604U, 0666U, 0777U}) {
+    Log("one");
+    fs::permissions(Path(), fs::perms(mode));
+    Log("two");
+    EXPECT_EQ(fs::status(Path(".bak00")).permissions(), fs::perms(mode));
+  }
+}
+
+TEST_F(Rotation, LetsTheOwnerReadTheBackupOfAFileThatNobodyMayRead) {
+  mDestination->SetMaximumFileSize(1);
+  Log("one");
+  fs::permissions(Path(), fs::perms(0220));
+  Log("two");
+  EXPECT_EQ(fs::status(Path(".bak00")).permissions(), fs::perms(0620));
+  EXPECT_EQ(Content(".bak00"), HEAD + Record("one"));
+}
+
+/// Reports another owner and group for one file than it has, and takes down what is asked for its copy.
+class ForeignFile final : public Support::FileOperationsWrapper {
+ public:
+  explicit ForeignFile(const fs::path& path) : mPath(path) {}
+
+  int QueryDescriptor(int descriptor, YFileSystem::FileFacts& facts) noexcept override {
+    YFileSystem::FileFacts foreign;
+    FileOperationsWrapper::QueryPath(mPath.c_str(), foreign);
+    const int result = FileOperationsWrapper::QueryDescriptor(descriptor, facts);
+    if (facts.mIdentity == foreign.mIdentity) {
+      facts.mOwner = OWNER;
+      facts.mGroup = GROUP;
+    }
+    return result;
+  }
+  int ChangePermissions(int descriptor, mode_t permissions) noexcept override {
+    mChanges.push_back("permissions");
+    return FileOperationsWrapper::ChangePermissions(descriptor, permissions);
+  }
+  int ChangeOwner(int, uid_t owner, gid_t group) noexcept override {
+    if (owner == OWNER && group == static_cast<gid_t>(-1)) mChanges.push_back("owner");
+    if (owner == static_cast<uid_t>(-1) && group == GROUP) mChanges.push_back("group");
+    errno = EPERM;
+    return mbMayChangeOwner ? 0 : -1;
+  }
+
+  std::vector<std::string> mChanges;
+  bool mbMayChangeOwner = true;
+
+ private:
+  static constexpr uid_t OWNER = 4711;
+  static constexpr gid_t GROUP = 4712;
+
+  const fs::path mPath;
+  const Support::ScopedFileOperations mScope{*this};
+};
+
+TEST_F(Rotation, GivesItsBackupTheGroupOfTheFileThenItsModeThenItsOwner) {
+  mDestination->SetMaximumFileSize(1);
+  Log("one");
+  ForeignFile file(Path());
+  Log("two");
+  EXPECT_THAT(file.mChanges, testing::ElementsAre("group", "permissions", "owner"));
+  EXPECT_EQ(fs::status(Path(".bak00")).permissions(), fs::perms(0640));
+}
+
+TEST_F(Rotation, KeepsItsBackupFromAGroupThatIsNotTheFiles) {
+  mDestination->SetMaximumFileSize(1);
+  Log("one");
+  ForeignFile file(Path());
+  file.mbMayChangeOwner = false;
+  Log("two");
+  EXPECT_THAT(file.mChanges, testing::ElementsAre("group", "permissions", "owner"));
+  EXPECT_EQ(Content(".bak00"), HEAD + Record("one"));
+  EXPECT_EQ(fs::status(Path(".bak00")).permissions(), fs::perms(0600));
 }
 
 // What a writer killed inside its write leaves.
@@ -224,7 +360,7 @@ TEST_F(Rotation, EndsAFragmentThatAnotherWriterLeftInBetween) {
   EXPECT_EQ(Content(), HEAD + Record("one") + "fragm\n" + Record("two"));
 }
 
-TEST_F(Rotation, AddsNothingBehindAWholeRecordOfAnother) {
+TEST_F(Rotation, AddsNothingAfterAWholeRecordOfAnother) {
   Log("one");
   std::ofstream(Path(), std::ios::app) << "other\n";
   Log("two");

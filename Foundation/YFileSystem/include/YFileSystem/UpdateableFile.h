@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include <YBase/SmartPtrI.h>
+#include <YFileSystem/FileFacts.h>
 #include <YFileSystem/WriteableFile.h>
 
 namespace YFileSystem {
@@ -24,6 +25,9 @@ class YFILESYSTEM_EXPORT UpdateableFile : public virtual WriteableFile {
 
   /// Asks the file system once for existence, identity and size together.
   virtual PathState QueryPath() = 0;
+
+  /// Asks about the open file, wherever it is now.
+  virtual FileFacts Query() = 0;
 
   /// Where `Read` and `Truncate` apply, in bytes from the beginning. `Append` neither uses nor moves it.
   virtual void SetPosition(std::uint64_t position) noexcept = 0;

@@ -19,6 +19,10 @@ struct FileFacts {
   Type mType = Type::OTHER;
   FileIdentity mIdentity;
   std::uint64_t mSize = 0;  ///< Bytes.
+  unsigned mPermissions =
+      0;  ///< The nine bits of POSIX: read, write and execute, for owner, group and others.
+  unsigned mOwner = 0;
+  unsigned mGroup = 0;
 };
 
 }  // namespace YFileSystem

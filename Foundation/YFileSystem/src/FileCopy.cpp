@@ -1,0 +1,218 @@
+#include <YFileSystem/FileCopy.h>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+#include <YBase/Message.h>
+#include <YBase/SignalGuard.h>
+#include <YBase/TextConversion.h>
+#include <YFileSystem/File.h>
+
+#include "Failure.h"
+#include "FileOperations.h"
+#include "Uninterrupted.h"
+
+namespace YFileSystem {
+
+namespace {
+
+constexpr mode_t INCOMPLETE = S_IWUSR;
+// What `fchown` takes for an owner or a group that stays.
+constexpr unsigned UNCHANGED = static_cast<unsigned>(-1);
+constexpr unsigned ANY_READ = S_IRUSR | S_IRGRP | S_IROTH;
+
+// 256 KiB: one buffer, never the whole file.
+constexpr std::size_t BUFFER_SIZE = 262144;
+
+bool AllowsReading(const FileFacts& facts) noexcept {
+  return (facts.mPermissions & ANY_READ) != 0;
+}
+
+bool ChangeOwner(const Descriptor& descriptor, unsigned owner, unsigned group) noexcept {
+  FileOperations& operations = FileOperations::GetCurrent();
+  return Uninterrupted([&] { return operations.ChangeOwner(descriptor.Get(), owner, group); }) == 0;
+}
+
+}  // namespace
+
+FileCopy::FileCopy(std::wstring path, Descriptor descriptor) noexcept
+    : mPath(std::move(path)), mDescriptor(std::move(descriptor)) {}
+
+FileCopy::FileCopy(FileCopy&& other) noexcept
+    : mPath(std::move(other.mPath)),
+      mDescriptor(std::move(other.mDescriptor)),
+      mFacts(other.mFacts),
+      mbDelete(std::exchange(other.mbDelete, false)) {}
+
+FileCopy::~FileCopy() {
+  if (!mbDelete) return;
+  try {
+    Delete();
+  } catch (...) {
+    // The failure that led here is the one to report; a copy that stays is judged by the next rotation.
+  }
+}
+
+std::optional<FileCopy> FileCopy::Create(const wchar_t* path) {
+  static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Create";
+  constexpr int FLAGS = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  const std::string file = YBase::WideCharToUTF8(path);
+  FileOperations& operations = FileOperations::GetCurrent();
+  Descriptor descriptor(Uninterrupted([&] { return operations.Open(file.c_str(), FLAGS, INCOMPLETE); }));
+  if (!descriptor) {
+    if (errno == EEXIST) return std::nullopt;
+    ThrowFailure(FUNCTION_NAME, "create", file, errno);
+  }
+  FileCopy copy(path, std::move(descriptor));
+  copy.mbDelete = true;
+  // Another process may have found it before it was locked, and deleted it as incomplete.
+  if (!copy.LockUnlessRenamed()) return std::nullopt;
+  return copy;
+}
+
+std::optional<FileCopy> FileCopy::Find(const wchar_t* path, UpdateableFile& original) {
+  static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Find";
+  while (const std::optional<FileFacts> found = File::Query(path)) {
+    if (found->mType == FileFacts::Type::DIRECTORY) {
+      ThrowFailure(FUNCTION_NAME, "open", YBase::WideCharToUTF8(path), EISDIR);
+    }
+    // Another name of the original is not opened: its lock would be waited for while it is held here.
+    if (found->mType != FileFacts::Type::REGULAR || found->mIdentity == original.Query().mIdentity) {
+      File::Delete(path);
+      continue;
+    }
+    std::optional<FileCopy> copy = Open(path, *found);
+    if (copy && (!copy->mDescriptor || copy->LockUnlessRenamed()) &&
+        AllowsReading(copy->mFacts) == AllowsReading(*found)) {
+      return copy;
+    }
+  }
+  return std::nullopt;
+}
+
+/// None where the name does not lead to a file any more.
+std::optional<FileCopy> FileCopy::Open(const wchar_t* path, const FileFacts& found) {
+  static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Find";
+  const int flags =
+      (AllowsReading(found) ? O_RDONLY : O_WRONLY) | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  const std::string file = YBase::WideCharToUTF8(path);
+  FileOperations& operations = FileOperations::GetCurrent();
+  FileCopy copy(path, Descriptor(Uninterrupted([&] { return operations.Open(file.c_str(), flags, 0); })));
+  if (!copy.mDescriptor) {
+    if (errno == ENOENT || errno == ELOOP) return std::nullopt;
+    if (errno != EACCES) copy.Fail(FUNCTION_NAME, "open", errno);
+  }
+  copy.mFacts = found;
+  return copy;
+}
+
+/// Waits for the lock. False where the name does not lead to this copy any more.
+bool FileCopy::LockUnlessRenamed() {
+  static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Lock";
+  FileOperations& operations = FileOperations::GetCurrent();
+  if (Uninterrupted([&] { return operations.Lock(mDescriptor.Get(), LOCK_EX); }) != 0) {
+    Fail(FUNCTION_NAME, "lock", errno);
+  }
+  if (Uninterrupted([&] { return operations.QueryDescriptor(mDescriptor.Get(), mFacts); }) != 0) {
+    Fail(FUNCTION_NAME, "query", errno);
+  }
+  return HasItsName();
+}
+
+bool FileCopy::Fill(UpdateableFile& original) {
+  // A file-size limit of the process is to be an error, not a signal that ends it.
+  const YBase::SignalGuard guard(SIGXFSZ);
+  const auto buffer = std::make_unique<char[]>(BUFFER_SIZE);
+  original.SetPosition(0);
+  while (const std::size_t count = original.Read(buffer.get(), BUFFER_SIZE)) {
+    if (!Write(buffer.get(), count)) return false;
+  }
+  return true;
+}
+
+bool FileCopy::Write(const char* data, std::size_t size) const noexcept {
+  FileOperations& operations = FileOperations::GetCurrent();
+  // The system's structure is for reading, too, and so knows no const.
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
+  const iovec piece{const_cast<char*>(data), size};
+  const ssize_t written = Uninterrupted([&] { return operations.Write(mDescriptor.Get(), &piece, 1); });
+  return written >= 0 && static_cast<std::size_t>(written) == size;
+}
+
+void FileCopy::Complete(UpdateableFile& original) {
+  static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Complete";
+  const FileFacts wanted = original.Query();
+  unsigned permissions = wanted.mPermissions;
+  // The group first: another one than the original's must not get the permissions of that.
+  if (wanted.mGroup != mFacts.mGroup && !ChangeOwner(mDescriptor, UNCHANGED, wanted.mGroup)) {
+    permissions &= ~static_cast<unsigned>(S_IRWXG);
+  }
+  if ((permissions & ANY_READ) == 0) permissions |= S_IRUSR;
+  FileOperations& operations = FileOperations::GetCurrent();
+  if (Uninterrupted([&] { return operations.ChangePermissions(mDescriptor.Get(), permissions); }) != 0) {
+    Fail(FUNCTION_NAME, "set the permissions of", errno);
+  }
+  mFacts.mPermissions = permissions;
+  // The owner last: whoever gives a file away may not change its permissions any more.
+  if (wanted.mOwner != mFacts.mOwner) ChangeOwner(mDescriptor, wanted.mOwner, UNCHANGED);
+}
+
+bool FileCopy::IsComplete() const noexcept {
+  return AllowsReading(mFacts);
+}
+
+bool FileCopy::IsBeginningOf(UpdateableFile& original) {
+  if (!mDescriptor || mFacts.mSize > original.Query().mSize) return false;
+  const auto mine = std::make_unique<char[]>(BUFFER_SIZE);
+  const auto others = std::make_unique<char[]>(BUFFER_SIZE);
+  original.SetPosition(0);
+  for (std::uint64_t position = 0; position < mFacts.mSize;) {
+    const std::size_t count = ReadAt(position, mine.get(), BUFFER_SIZE);
+    if (original.Read(others.get(), count) != count) return false;
+    if (std::memcmp(mine.get(), others.get(), count) != 0) return false;
+    position += count;
+  }
+  return true;
+}
+
+/// As many bytes as there are, at least one.
+std::size_t FileCopy::ReadAt(std::uint64_t position, char* buffer, std::size_t size) const {
+  static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Read";
+  FileOperations& operations = FileOperations::GetCurrent();
+  const ssize_t count =
+      Uninterrupted([&] { return operations.ReadAt(mDescriptor.Get(), buffer, size, position); });
+  if (count > 0) return static_cast<std::size_t>(count);
+  Fail(FUNCTION_NAME, "read", count < 0 ? errno : EIO);
+}
+
+bool FileCopy::HasItsName() const {
+  const std::optional<FileFacts> found = File::Query(mPath.c_str());
+  return found && found->mIdentity == mFacts.mIdentity;
+}
+
+void FileCopy::Delete() {
+  if (HasItsName()) File::Delete(mPath.c_str());
+  mbDelete = false;
+}
+
+void FileCopy::MoveTo(const wchar_t* path) {
+  mbDelete = false;
+  try {
+    File::Move(mPath.c_str(), path);
+  } catch (const YBase::Message&) {
+    if (HasItsName()) throw;
+  }
+}
+
+void FileCopy::Fail(const char* function, const char* action, int error) const {
+  ThrowFailure(function, action, YBase::WideCharToUTF8(mPath.c_str()), error);
+}
+
+}  // namespace YFileSystem
