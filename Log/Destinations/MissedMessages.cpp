@@ -4,20 +4,21 @@
 #include <utility>
 
 #include <YBase/NumberText.h>
+#include <YDataType/MonotonicTime.h>
 
 namespace YLog {
 
 namespace {
 
-constexpr int RETRY_PERIOD_SECONDS = 300;
+constexpr std::chrono::seconds RETRY_PERIOD(300);
 
 }  // namespace
 
 void MissedMessages::Begin(std::string reason, int count) {
   mReason = std::move(reason);
   mCount = count;
-  mFailureStartTime = YDataType::DateTime::Now();
-  mLastFailureTime = mFailureStartTime;
+  SetLastFailureTimeToNow();
+  mFailureStartTime = mLastFailureTime;
 }
 
 void MissedMessages::CountDropped() noexcept {
@@ -25,7 +26,7 @@ void MissedMessages::CountDropped() noexcept {
 }
 
 void MissedMessages::RetryFailed() {
-  mLastFailureTime = YDataType::DateTime::Now();
+  SetLastFailureTimeToNow();
   CountDropped();
 }
 
@@ -35,8 +36,14 @@ void MissedMessages::Clear() noexcept {
 }
 
 bool MissedMessages::IsRetryDue() const {
+  if (!mLastFailureMoment || YDataType::GetMonotonicTime() - *mLastFailureMoment >= RETRY_PERIOD) return true;
   const YDataType::TimeSpan sinceFailure = YDataType::DateTime::Now() - mLastFailureTime;
-  return sinceFailure.GetTotalSeconds() >= RETRY_PERIOD_SECONDS;
+  return sinceFailure.GetTotalSeconds() >= RETRY_PERIOD.count();
+}
+
+void MissedMessages::SetLastFailureTimeToNow() {
+  mLastFailureTime = YDataType::DateTime::Now();
+  mLastFailureMoment = YDataType::GetMonotonicTime();
 }
 
 std::string MissedMessages::Describe() const {

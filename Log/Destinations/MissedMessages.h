@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <optional>
 #include <string>
 
 #include <YDataType/DateTime.h>
@@ -17,10 +19,11 @@ class MissedMessages {
   void CountDropped() noexcept;
   /// Trying again failed, and the message that tried is lost; since when and why stays as it was.
   void RetryFailed();
-  /// They have been reported.
+  /// They have been reported, and why.
   void Clear() noexcept;
 
-  /// Whether the retry period is over; it always is before the first failure.
+  /// Whether the retry period is over, by the wall clock or by one that is never set back; it always is
+  /// before the first failure.
   bool IsRetryDue() const;
   bool IsEmpty() const noexcept { return mCount == 0; }
 
@@ -28,8 +31,12 @@ class MissedMessages {
   std::string Describe() const;
 
  private:
+  void SetLastFailureTimeToNow();
+
   YDataType::DateTime mFailureStartTime{0.0};
   YDataType::DateTime mLastFailureTime{0.0};
+  // The same moment on a clock that nobody sets; none before the first failure.
+  std::optional<std::chrono::nanoseconds> mLastFailureMoment;
   std::string mReason;
   int mCount = 0;
 };

@@ -17,11 +17,19 @@ class FakeClock final : public YDataType::Clock {
 
   Instant Now() const noexcept override { return mNow.load(); }
 
+  std::chrono::nanoseconds GetMonotonicTime() const noexcept override { return mMonotonicTime.load(); }
+
+  /// Somebody sets the wall clock.
   void Set(Instant now) noexcept { mNow.store(now); }
-  void Advance(std::chrono::milliseconds time) noexcept { Set(Now() + time); }
+  /// Time goes by, on both clocks.
+  void Advance(std::chrono::milliseconds time) noexcept {
+    Set(Now() + time);
+    mMonotonicTime.store(GetMonotonicTime() + time);
+  }
 
  private:
   std::atomic<Instant> mNow;
+  std::atomic<std::chrono::nanoseconds> mMonotonicTime{};
   const YDataType::Clock& mPrevious;
 };
 

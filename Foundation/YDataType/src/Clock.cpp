@@ -1,5 +1,7 @@
 #include "Clock.h"
 
+#include <YDataType/MonotonicTime.h>
+
 #include <atomic>
 
 namespace YDataType {
@@ -12,6 +14,9 @@ class SystemClock final : public Clock {
 
   Instant Now() const noexcept override {
     return std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now());
+  }
+  std::chrono::nanoseconds GetMonotonicTime() const noexcept override {
+    return std::chrono::steady_clock::now().time_since_epoch();
   }
 };
 
@@ -28,6 +33,10 @@ const Clock& Clock::GetCurrent() noexcept {
 
 const Clock& Clock::SetCurrent(const Clock& clock) noexcept {
   return *gspCurrentClock.exchange(&clock, std::memory_order_acq_rel);
+}
+
+std::chrono::nanoseconds GetMonotonicTime() noexcept {
+  return Clock::GetCurrent().GetMonotonicTime();
 }
 
 }  // namespace YDataType

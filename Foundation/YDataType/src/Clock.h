@@ -4,7 +4,7 @@
 
 namespace YDataType {
 
-/// Where the present instant comes from. White-box tests put another in the place of the system's.
+/// Where the time comes from. White-box tests put another in the place of the system's.
 ///
 /// Ownership: whoever replaces the current clock keeps the new one alive while it is current.
 ///
@@ -17,6 +17,8 @@ class Clock {
   Clock& operator=(const Clock&) = delete;
 
   virtual Instant Now() const noexcept = 0;
+  /// See `YDataType::GetMonotonicTime`.
+  virtual std::chrono::nanoseconds GetMonotonicTime() const noexcept = 0;
 
   static const Clock& GetCurrent() noexcept;
   /// Returns the one it replaces.

@@ -243,7 +243,60 @@ TEST_F(DiskFile, DropsAndCountsFor300SecondsAfterAFailure) {
   EXPECT_THAT(Content(), EndsWith(Record("written")));
 }
 
-TEST_F(DiskFile, TellsHowManyMessagesItMissedSinceWhenAndWhy) {
+TEST_F(DiskFile, WritesAgainAfter300SecondsThoughTheWallClockIsSetBack) {
+  Open();
+  Log("one");
+  Break();
+  Log("failed");
+  Repair();
+  mClock.Set(mClock.Now() - std::chrono::days(1));
+  mClock.Advance(seconds(299));
+  Log("dropped");
+  EXPECT_EQ(Content(), HEAD + Record("one"));
+  mClock.Advance(seconds(1));
+  Log("written");
+  EXPECT_THAT(Content(), HasSubstr(" Missed 2 messages since "));
+  EXPECT_THAT(Content(), EndsWith(Record("written")));
+}
+
+TEST_F(DiskFile, WritesAgainAtOnceWhereTheWallClockIsSetForward) {
+  Open();
+  TakeAway();
+  Log("failed");
+  GiveBack();
+  mClock.Set(mClock.Now() + seconds(300));
+  Log("written");
+  EXPECT_THAT(Content(), EndsWith(Record("written")));
+}
+
+TEST_F(DiskFile, CreatesADeletedFileAgainAtOnceWhateverTheWallClockSays) {
+  mClock.Set(YDataType::Clock::Instant(seconds(100)));
+  Open();
+  Log("one");
+  fs::remove(Path());
+  Log("two");
+  EXPECT_EQ(Content(), HEAD + Record("two"));
+}
+
+TEST_F(DiskFile, KeepsTheReasonOfAFailureUntilItIsReported) {
+  Write(".file", "");
+  YLog::Destination_DiskFile_Impl& file = Open(Path(".file") / "below");
+  fs::remove(Path(".file"));
+  fs::create_directory(Path(".file"));
+  mClock.Advance(seconds(300));
+  Log("nothing was missed so far");
+  fs::remove_all(Path(".file"));
+  Log("missed");
+  fs::create_directory(Path(".file"));
+  mClock.Advance(seconds(300));
+  Log("written");
+  EXPECT_THAT(Support::ReadFile(Path(".file") / "below"),
+              HasSubstr(" Missed 1 messages since 2024-03-05 00:00:00.000 due to: "
+                        "YFileSystem::Directory::Create: cannot create '"));
+  EXPECT_EQ(file.GetFilePath(), Wide(Path(".file") / "below"));
+}
+
+TEST_F(DiskFile, ReportsHowManyMessagesItMissedSinceWhenAndWhy) {
   Open();
   Log("one");
   Break();
@@ -263,7 +316,7 @@ TEST_F(DiskFile, TellsHowManyMessagesItMissedSinceWhenAndWhy) {
   EXPECT_EQ(lines[3] + "\n", Record("written"));
 }
 
-TEST_F(DiskFile, WritesTheMissedRecordBehindTheHeadOfAnEmptyFile) {
+TEST_F(DiskFile, WritesTheMissedRecordAfterTheHeadOfAnEmptyFile) {
   Open();
   Log("one");
   Break();
@@ -290,7 +343,7 @@ TEST_F(DiskFile, LeavesTheValuesOfTheMissedRecordInTheThreadsHeader) {
   EXPECT_EQ(header.GetMessageID(), 0U);
 }
 
-TEST_F(DiskFile, TellsOfAPeriodOnce) {
+TEST_F(DiskFile, ReportsAPeriodOnce) {
   Open();
   TakeAway();
   Log("lost");
@@ -318,8 +371,8 @@ TEST_F(DiskFile, WaitsAnotherPeriodWhenTryingAgainFails) {
   EXPECT_FALSE(fs::exists(Path()));
   mClock.Advance(seconds(1));
   Log("written");
-  EXPECT_THAT(Content(), HasSubstr(" Missed 3 messages since " + start +
-                                   " due to: YFileSystem::FileCopy::Find: "));
+  EXPECT_THAT(Content(),
+              HasSubstr(" Missed 3 messages since " + start + " due to: YFileSystem::FileCopy::Find: "));
 }
 
 TEST_F(DiskFile, ARefusedMessageDoesNotProlongThePeriod) {

@@ -1,5 +1,6 @@
 #pragma once
 
 #include <YDataType/DateTime.h>
+#include <YDataType/MonotonicTime.h>
 #include <YDataType/ObjectCollection.h>
 #include <YDataType/TimeSpan.h>
