@@ -1,7 +1,6 @@
 #include "support/SystemLogDaemon.h"
 
 #include <fcntl.h>
-#include <sched.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -17,6 +16,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "support/PrivateMounts.h"
 #include "support/ReadFile.h"
 #include "support/WaitUntil.h"
 
@@ -79,8 +79,7 @@ void MountDevice(const Descriptor& device, const char* path) {
 }
 
 void MakePrivateDevices() {
-  Check(unshare(CLONE_NEWNS), "unshare: another /dev takes root");
-  Check(mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), "mount private");
+  EnterPrivateMounts();
   const Descriptor null(open("/dev/null", O_PATH | O_CLOEXEC), "/dev/null");
   const Descriptor random(open("/dev/urandom", O_PATH | O_CLOEXEC), "/dev/urandom");
   Check(mount("tmpfs", "/dev", "tmpfs", 0, "mode=755"), "mount /dev");

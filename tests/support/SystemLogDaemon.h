@@ -10,11 +10,14 @@
 
 namespace Support {
 
-/// An rsyslog daemon of the test's own, behind a /dev of the test's own.
+/// An rsyslog daemon of the test's own, in a /dev of the test's own.
 ///
 /// From its construction on, the calling thread and those that it starts see a new, small /dev, in which
-/// "log" leads to this daemon and "console" is an empty file. Nothing changes for other processes. Takes
-/// root.
+/// "log" leads to this daemon and "console" is an empty file. Nothing changes for other processes.
+///
+/// Failure: throws std::system_error where `EnterPrivateMounts` does.
+///
+/// \pre The process has one thread.
 class SystemLogDaemon {
  public:
   struct Record {

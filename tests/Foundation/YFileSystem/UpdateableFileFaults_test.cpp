@@ -334,7 +334,7 @@ TEST_F(FileCalls, CloseTheFileOnce) {
 
 // A disk that is really full.
 
-class FullDisk : public UpdateableFileTest {
+class FileOnSmallFileSystem : public UpdateableFileTest {
  protected:
   /// Appends until it fails, and returns the text that stands in the file then.
   std::string Fill(YFileSystem::UpdateableFile& file, const std::string& record) {
@@ -347,7 +347,7 @@ class FullDisk : public UpdateableFileTest {
   }
 };
 
-TEST_F(FullDisk, HoldsNoPartialRecordAndTakesMoreOnceThereIsRoom) {
+TEST_F(FileOnSmallFileSystem, HoldsNoPartialRecordAndTakesMoreOnceThereIsRoom) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 64 * 1024, [this] {
     const std::filesystem::path filler = mDirectory.Path() / "filler";
     std::ofstream(filler) << std::string(10'000, 'x');
@@ -363,7 +363,7 @@ TEST_F(FullDisk, HoldsNoPartialRecordAndTakesMoreOnceThereIsRoom) {
   });
 }
 
-TEST_F(FullDisk, TakesNoFirstRecordThatIsLargerThanItself) {
+TEST_F(FileOnSmallFileSystem, TakesNoFirstRecordThatIsLargerThanItself) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 64 * 1024, [this] {
     const FilePtr file = Open();
     EXPECT_EQ(Fill(*file, std::string(100'000, 'r')), "");

@@ -58,7 +58,9 @@ class DiskFileFailures : public testing::Test {
   std::optional<YBase::SmartPtrI<YLog::Destination_DiskFile_Impl>> mDestination;
 };
 
-TEST_F(DiskFileFailures, AFullDiskLeavesWholeRecordsAndAnExactCount) {
+class DiskFileOnSmallFileSystem : public DiskFileFailures {};
+
+TEST_F(DiskFileOnSmallFileSystem, AFullDiskLeavesWholeRecordsAndAnExactCount) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 65536, [this] {
     std::ofstream(Path(".ballast")) << std::string(16384, 'x');
     Open();
@@ -80,7 +82,7 @@ TEST_F(DiskFileFailures, AFullDiskLeavesWholeRecordsAndAnExactCount) {
   });
 }
 
-TEST_F(DiskFileFailures, ACopyThatDoesNotFitLeavesTheFileUntouchedAndNamesTheBackup) {
+TEST_F(DiskFileOnSmallFileSystem, ACopyThatDoesNotFitLeavesTheFileUntouchedAndNamesTheBackup) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 102400, [this] {
     Open().SetMaximumFileSize(60000);
     Log(std::string(60000, 'x'));
@@ -99,7 +101,7 @@ TEST_F(DiskFileFailures, ACopyThatDoesNotFitLeavesTheFileUntouchedAndNamesTheBac
   });
 }
 
-TEST_F(DiskFileFailures, TheOldestBackupGivesTheCopyItsSpaceOnAFullDisk) {
+TEST_F(DiskFileOnSmallFileSystem, TheOldestBackupGivesTheCopyItsSpaceOnAFullDisk) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 102400, [this] {
     Open().SetMaximumFileSize(40000);
     for (const char letter : {'a', 'b', 'c'}) Log(std::string(40000, letter));
@@ -108,7 +110,7 @@ TEST_F(DiskFileFailures, TheOldestBackupGivesTheCopyItsSpaceOnAFullDisk) {
   });
 }
 
-TEST_F(DiskFileFailures, ADiskThatStaysFullIsTriedAgainEvery300Seconds) {
+TEST_F(DiskFileOnSmallFileSystem, ADiskThatStaysFullIsTriedAgainEvery300Seconds) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 16384, [this] {
     std::ofstream(Path(".ballast")) << std::string(12000, 'x');
     Open();
@@ -124,7 +126,7 @@ TEST_F(DiskFileFailures, ADiskThatStaysFullIsTriedAgainEvery300Seconds) {
   });
 }
 
-TEST_F(DiskFileFailures, AReadOnlyFileSystemIsCountedUntilItCanBeWritten) {
+TEST_F(DiskFileOnSmallFileSystem, AReadOnlyFileSystemIsCountedUntilItCanBeWritten) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 65536, [this] {
     ASSERT_EQ(mount("none", mDirectory.Path().c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
     Open();
