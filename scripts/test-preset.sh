@@ -11,6 +11,7 @@ shift
 choose_tests() {
   local reason count
   reason=$("build/$preset/tests/mount_probe" 2>&1) && return
+  reason=${reason#child process: }
   count=$(ctest --preset "$preset" --show-only --label-regex '^mounts$' | sed -n 's/^Total Tests: //p')
   note="$count tests are left out: they mount file systems of their own, which is not permitted here ($reason).
 Root can run them: sudo ctest --preset $preset --label-regex mounts"

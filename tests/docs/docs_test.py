@@ -69,7 +69,7 @@ class Docs(unittest.TestCase):
         self.assertIn(" 1 faults.", result.stdout)
 
     def compile_blocks(self):
-        sources = self.run_docs("extract", str(self.root / "blocks")).stdout.split()
+        sources = self.run_docs("extract", str(self.root / "blocks")).stdout.splitlines()
         self.assertEqual([pathlib.Path(source).name for source in sources], ["README.cpp"])
         command = [COMPILER, "-std=c++20", "-fsyntax-only", "-I", self.root / "Log/include", *sources]
         return subprocess.run(command, capture_output=True, text=True, check=False)

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "support/LogFiles.h"
+#include "support/ShellWord.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
@@ -27,7 +28,7 @@ struct RecordWithStack {
 std::vector<RecordWithStack> RunClient(const std::string& program) {
   const Support::TemporaryDirectory directory;
   const std::filesystem::path path = directory.Path() / "a.log";
-  EXPECT_EQ(0, std::system((program + " " + path.string()).c_str()));
+  EXPECT_EQ(0, std::system((Support::ShellWord(program) + " " + Support::ShellWord(path.string())).c_str()));
   std::vector<RecordWithStack> records;
   bool inStack = false;
   for (const std::string& line : Support::ReadLogFiles(path).mLines) {

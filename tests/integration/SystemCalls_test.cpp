@@ -8,6 +8,7 @@
 
 #include "support/LogFiles.h"
 #include "support/ReadFile.h"
+#include "support/ShellWord.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
@@ -26,7 +27,7 @@ class SystemCalls : public testing::Test {
   /// Every system call of a run, in order.
   std::vector<Call> Trace(const std::string& arguments) {
     const fs::path trace = mDirectory.Path() / "trace";
-    Run("-o " + trace.string(), arguments);
+    Run("-o " + Support::ShellWord(trace.string()), arguments);
     std::vector<Call> calls;
     std::map<std::string, int> index;
     for (const std::string& line : Support::Lines(Support::ReadFile(trace))) {
@@ -37,8 +38,9 @@ class SystemCalls : public testing::Test {
   }
 
   void Run(const std::string& straceOptions, const std::string& arguments) {
-    const std::string command = "strace " + straceOptions + " " LOG_RECORDS " " + Path().string() + " " +
-                                arguments + " > " + Acknowledgements().string() + " 2>/dev/null";
+    const std::string command = "strace " + straceOptions + " " + Support::ShellWord(LOG_RECORDS) + " " +
+                                Support::ShellWord(Path().string()) + " " + arguments + " > " +
+                                Support::ShellWord(Acknowledgements().string()) + " 2>/dev/null";
     // NOLINTNEXTLINE(cert-env33-c, concurrency-mt-unsafe): a test, of its own program, in one thread.
     mLastStatus = std::system(command.c_str());
   }

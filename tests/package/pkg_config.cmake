@@ -6,7 +6,9 @@ execute_process(COMMAND pkg-config --cflags --libs ylog
   OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 execute_process(COMMAND pkg-config --variable=libdir ylog
   OUTPUT_VARIABLE libdir OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+# Blanks in paths are printed for a shell.
 separate_arguments(flags UNIX_COMMAND "${flags}")
+separate_arguments(libdir UNIX_COMMAND "${libdir}")
 execute_process(COMMAND ${COMPILER} -std=c++20 ${SOURCE} ${flags} -Wl,-rpath,${libdir} -o ${PROGRAM}
   COMMAND_ERROR_IS_FATAL ANY)
 execute_process(COMMAND ${PROGRAM} COMMAND_ERROR_IS_FATAL ANY)

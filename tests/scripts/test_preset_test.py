@@ -25,7 +25,7 @@ esac
 """
 PERMITTED = "#!/bin/sh\n"
 REFUSED = """#!/bin/sh
-echo "unshare: Operation not permitted" >&2
+echo "child process: a user namespace: Operation not permitted" >&2
 exit 1
 """
 
@@ -67,7 +67,7 @@ class TestPreset(unittest.TestCase):
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertIn(" --label-exclude ^mounts$", self.ctest_arguments())
         self.assertEqual(result.stdout.count("3 tests are left out: "), 2)
-        self.assertIn("(unshare: Operation not permitted)", result.stdout)
+        self.assertIn("(a user namespace: Operation not permitted)", result.stdout)
         self.assertIn("sudo ctest --preset dev --label-regex mounts", result.stdout)
 
     def test_fails_with_the_tests_whatever_it_leaves_out(self):

@@ -9,13 +9,20 @@
 #include "support/PrivateMounts.h"
 #include "support/TemporaryDirectory.h"
 
-int main() {
+namespace {
+
+int MountSomething() {
   const Support::TemporaryDirectory directory;
-  // In a child, as most of these tests do: a sanitizer may have given it a second thread.
-  return Support::ChildProcess([&]() -> int {
-           Support::EnterPrivateMounts();
-           if (mount("none", directory.Path().c_str(), "tmpfs", 0, nullptr) == 0) return 0;
-           throw std::system_error(errno, std::generic_category(), "mount tmpfs");
-         })
-      .Wait();
+  Support::EnterPrivateMounts();
+  if (mount("none", directory.Path().c_str(), "tmpfs", 0, nullptr) != 0)
+    throw std::system_error(errno, std::generic_category(), "mount tmpfs");
+  umount(directory.Path().c_str());
+  return 0;
+}
+
+}  // namespace
+
+int main() {
+  // In a child process, as most of these tests do: under a sanitizer, only that one may have a second thread.
+  return Support::ChildProcess(MountSomething).Wait();
 }

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "support/ShellWord.h"
+
 struct PrintedStack {
   unsigned long takerOffset = 0;  // Where the function that took it begins.
   std::vector<std::string> frames;
@@ -16,7 +18,7 @@ struct PrintedStack {
 /// What a program printed, by the names of its stacks.
 inline std::map<std::string, PrintedStack> RunProgram(const char* program) {
   std::string output;
-  const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(program, "r"), pclose);
+  const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(Support::ShellWord(program).c_str(), "r"), pclose);
   std::array<char, 4096> piece;
   while (std::fgets(piece.data(), piece.size(), pipe.get()) != nullptr) output += piece.data();
 

@@ -10,11 +10,13 @@
 #include <thread>
 
 #include "support/ReadFile.h"
+#include "support/ShellWord.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
 
 using Support::ReadFile;
+using Support::ShellWord;
 using Support::TemporaryDirectory;
 
 TEST(System, KnowsTheNameOfTheComputer) {
@@ -62,8 +64,9 @@ TEST(System, KnowsThePathOfAProgramDeepInFolders) {
   std::filesystem::create_directories(deep);
   std::filesystem::copy_file("/proc/self/exe", deep / "ybase_tests");
   const std::filesystem::path output = folder.Path() / "output";
-  const std::string command = "'" + (deep / "ybase_tests").string() +
-                              "' --gtest_filter=System.KnowsThePathOfTheProgram >" + output.string();
+  const std::string command = ShellWord((deep / "ybase_tests").string()) +
+                              " --gtest_filter=System.KnowsThePathOfTheProgram >" +
+                              ShellWord(output.string());
   EXPECT_EQ(std::system(command.c_str()), 0);
   EXPECT_THAT(ReadFile(output), testing::HasSubstr("[  PASSED  ] 1 test"));
 }

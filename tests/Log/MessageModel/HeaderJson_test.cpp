@@ -16,6 +16,7 @@
 #include <YLog/MessageHeader.h>
 
 #include "support/ReadFile.h"
+#include "support/ShellWord.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
@@ -101,8 +102,8 @@ std::vector<std::string> ReadWithPython(const std::string& jsonLines) {
   const auto input = directory.Path() / "input";
   const auto output = directory.Path() / "output";
   std::ofstream(input, std::ios::binary) << jsonLines;
-  const std::string command =
-      std::string(PYTHON " " READ_JSON " <") + input.string() + " >" + output.string();
+  const std::string command = Support::ShellWord(PYTHON) + " " + Support::ShellWord(READ_JSON) + " <" +
+                              Support::ShellWord(input.string()) + " >" + Support::ShellWord(output.string());
   EXPECT_EQ(std::system(command.c_str()), 0);  // NOLINT(cert-env33-c, concurrency-mt-unsafe)
   return Support::Lines(Support::ReadFile(output));
 }

@@ -7,6 +7,7 @@
 
 #include <YLog/YLog.h>
 
+#include "support/ShellWord.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
@@ -33,7 +34,7 @@ class BasePath : public testing::Test {
   std::string PathInProgram(const std::string& name) const {
     const fs::path program = mDirectory.Path() / name;
     fs::copy_file(PRINT_LOG_PATH, program);
-    std::FILE* output = popen(("'" + program.string() + "'").c_str(), "r");
+    std::FILE* output = popen(Support::ShellWord(program.string()).c_str(), "r");
     std::string line(4096, '\0');
     if (std::fgets(line.data(), static_cast<int>(line.size()), output) == nullptr) line.clear();
     pclose(output);
