@@ -11,6 +11,9 @@ import unittest
 
 SOURCES, PREFIX, VERSION = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2]), sys.argv[3]
 del sys.argv[1:]
+# Until 1.0, each minor version may change the binary interface.
+MAJOR, MINOR, _ = VERSION.split(".")
+SONAME = f"libYLog.so.0.{MINOR}" if MAJOR == "0" else f"libYLog.so.{MAJOR}"
 
 NAMES = {"YBase", "YDataType", "YFileSystem", "YLog", "YResource", "YSynch"}
 # A vtable, a type's information and so on belong to the class that they are made for.
@@ -51,11 +54,11 @@ class Content(unittest.TestCase):
         self.assertEqual({path.parts[0] for path in installed}, NAMES)
         self.assertEqual(installed, public_headers() | exports)
 
-    def test_installs_one_library_with_a_versioned_soname(self):
+    def test_installs_one_library_whose_soname_changes_with_the_binary_interface(self):
         libraries = {path.name for path in library().parent.glob("*") if path.is_file()}
-        self.assertEqual(libraries, {"libYLog.so", "libYLog.so.0", f"libYLog.so.{VERSION}"})
+        self.assertEqual(libraries, {"libYLog.so", SONAME, f"libYLog.so.{VERSION}"})
         dynamic = output_of("readelf", "--dynamic", "--wide", library())
-        self.assertRegex(dynamic, r"soname: \[libYLog\.so\.0\]")
+        self.assertIn(f"soname: [{SONAME}]", dynamic)
         self.assertRegex(dynamic, r"runpath: \[\$ORIGIN\]")
 
     def test_needs_no_library_but_the_listed_ones_and_those_of_compiler_and_system(self):
