@@ -5,6 +5,6 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 for preset in dev dev-clang; do
   echo "Compiling each public header alone, preset $preset."
-  cmake --preset "$preset" --log-level=WARNING
+  cmake --preset "$preset" --log-level=WARNING >/dev/null
   cmake --build --preset "$preset" --target all_verify_interface_header_sets
 done

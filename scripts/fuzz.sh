@@ -5,7 +5,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 seconds=${1:-10}
 echo "Building the fuzz targets."
-cmake --preset fuzz --log-level=WARNING
+cmake --preset fuzz --log-level=WARNING >/dev/null
 cmake --build --preset fuzz --target fuzzers
 
 for corpus in tests/fuzz/corpus/*/; do

@@ -27,7 +27,7 @@ choose_limit() {
 
 scripts/install-dependencies.sh build
 echo "Building the library and its example (preset quickstart)."
-cmake --preset quickstart --log-level=WARNING
+cmake --preset quickstart --log-level=WARNING >/dev/null
 cmake --build --preset quickstart
 
 choose_inputs
