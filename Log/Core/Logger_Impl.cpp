@@ -125,34 +125,80 @@ YBase::SmartPtrI<Dispatcher> Logger_Impl::Configure(const YBase::SmartPtrI<Dispa
 }
 
 unsigned short Logger_Impl::AddDispatcher(const YBase::SmartPtrI<Dispatcher>& dispatcher) {
-  dispatcher->RegisterCallback(mpCallbackProxy.Get());
-  try {
-    const YSynch::RWLock::WriteSmartLock lock(*mpLock);
-    return DispatcherList::ToCookie(mDispatchers.Add(dispatcher));
-  } catch (...) {
-    StopListeningTo(*dispatcher);
-    throw;
-  }
+  std::size_t index = 0;
+  PutIntoList(dispatcher, [&]() YSYNCH_REQUIRES(*mpLock) { index = mDispatchers.Add(dispatcher); });
+  return DispatcherList::ToCookie(index);
 }
 
 void Logger_Impl::ReplaceDispatcher(std::size_t index, const YBase::SmartPtrI<Dispatcher>& dispatcher) {
-  // Before it can be found in the list, so that no change is missed.
-  dispatcher->RegisterCallback(mpCallbackProxy.Get());
   // Not always the one that was shown to the hook: another thread may have been refreshing, too.
   YBase::SmartPtrI<Dispatcher> replaced;
-  {
-    const YSynch::RWLock::WriteSmartLock lock(*mpLock);
-    replaced = mDispatchers.Replace(index, dispatcher);
-  }
+  PutIntoList(dispatcher,
+              [&]() YSYNCH_REQUIRES(*mpLock) { replaced = mDispatchers.Replace(index, dispatcher); });
   StopListeningTo(*replaced);
   NotifySubscribersThatDispatcherChanged(DispatcherList::ToCookie(index));
 }
 
-void Logger_Impl::StopListeningTo(Dispatcher& dispatcher) const {
-  if (!GetDispatchers().Contains(dispatcher)) dispatcher.UnregisterCallback(mpCallbackProxy.Get());
+// Why the proxy is registered with exactly the dispatchers in the list when all threads have finished,
+// although no lock is held while a dispatcher is called, so that a thread may do anything between two steps
+// of another:
+//
+// The proxy is registered with a dispatcher before that enters the list, and unregistered after it has left
+// the list. After unregistering, a thread looks at the list once more, and registers again if the dispatcher
+// is back. It counts the unregistration under the lock of that look.
+//
+// Suppose that the last call to a dispatcher was an unregistration. The look after it found the dispatcher
+// missing, or another call would have followed. If it is in the list in the end, it entered after that look,
+// and the thread that put it there had registered before the last call, and so before the look. That thread
+// finds another count than before it registered, and registers again: another call after the last.
+//
+// Suppose that the last call was a registration. Each registration is followed by an entry into the list or
+// by a look that found the dispatcher there. If it is not there in the end, some thread took it out later,
+// looked, and unregistered: another call after the last.
+
+template <class Function>
+void Logger_Impl::PutIntoList(const YBase::SmartPtrI<Dispatcher>& dispatcher, Function put) {
+  const unsigned long unregistrationsBefore = GetUnregistrationCount();
+  // Before it can be found in the list, so that no change is missed.
+  dispatcher->RegisterCallback(mpCallbackProxy.Get());
+  unsigned long unregistrations = 0;
+  try {
+    const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+    put();
+    unregistrations = mUnregistrationCount;
+  } catch (...) {
+    StopListeningTo(*dispatcher);
+    throw;
+  }
+  if (unregistrations != unregistrationsBefore) ListenAsTheListSays(*dispatcher, true);
+}
+
+void Logger_Impl::StopListeningTo(Dispatcher& dispatcher) {
+  if (!GetDispatchers().Contains(dispatcher)) ListenAsTheListSays(dispatcher, false);
+}
+
+void Logger_Impl::ListenAsTheListSays(Dispatcher& dispatcher, bool listed) {
+  for (;; listed = !listed) {
+    if (listed) {
+      dispatcher.RegisterCallback(mpCallbackProxy.Get());
+    } else {
+      dispatcher.UnregisterCallback(mpCallbackProxy.Get());
+    }
+    const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+    if (!listed) ++mUnregistrationCount;
+    if (mDispatchers.Contains(dispatcher) == listed) break;
+  }
+  // It may have changed while nobody listened.
+  if (listed) NotifySubscribersOfPlacesOf(dispatcher);
 }
 
 void Logger_Impl::DispatcherChanged(const Dispatcher& dispatcher) const {
+  if (NotifySubscribersOfPlacesOf(dispatcher)) return;
+  const std::size_t index = GetDispatchers().FindName(dispatcher.GetName());
+  NotifySubscribersThatDispatcherChanged(DispatcherList::ToCookie(index));
+}
+
+bool Logger_Impl::NotifySubscribersOfPlacesOf(const Dispatcher& dispatcher) const {
   const DispatcherList dispatchers = GetDispatchers();
   bool known = false;
   // A hook may have put one dispatcher into several places.
@@ -161,9 +207,7 @@ void Logger_Impl::DispatcherChanged(const Dispatcher& dispatcher) const {
     known = true;
     NotifySubscribersThatDispatcherChanged(DispatcherList::ToCookie(index));
   }
-  if (known) return;
-  const std::size_t index = dispatchers.FindName(dispatcher.GetName());
-  NotifySubscribersThatDispatcherChanged(DispatcherList::ToCookie(index));
+  return known;
 }
 
 void Logger_Impl::NotifySubscribersThatDispatcherChanged(unsigned short cookie) const {
@@ -173,6 +217,11 @@ void Logger_Impl::NotifySubscribersThatDispatcherChanged(unsigned short cookie) 
 YBase::SmartPtrI<Dispatcher> Logger_Impl::GetDispatcherAt(std::size_t index) const {
   const YSynch::RWLock::ReadSmartLock lock(*mpLock);
   return mDispatchers.Get(index);
+}
+
+unsigned long Logger_Impl::GetUnregistrationCount() const {
+  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  return mUnregistrationCount;
 }
 
 DispatcherList Logger_Impl::GetDispatchers() const {

@@ -50,12 +50,22 @@ class Logger_Impl final : public Logger,
                                          ConfigurationHook& hook);
   unsigned short AddDispatcher(const YBase::SmartPtrI<Dispatcher>& dispatcher);
   void ReplaceDispatcher(std::size_t index, const YBase::SmartPtrI<Dispatcher>& dispatcher);
-  /// Unless the dispatcher stands in the list, too, at this or another place.
-  void StopListeningTo(Dispatcher& dispatcher) const;
+  /// Registers the callback proxy with a dispatcher and then lets `put` enter it into the list, under the
+  /// lock.
+  template <class Function>
+  void PutIntoList(const YBase::SmartPtrI<Dispatcher>& dispatcher, Function put);
+  /// To be called when a dispatcher has left a place of the list. It may still be in another.
+  void StopListeningTo(Dispatcher& dispatcher);
+  /// Registers the callback proxy with a dispatcher, or unregisters it, as `listed` says, and goes on until
+  /// that is what the list says.
+  void ListenAsTheListSays(Dispatcher& dispatcher, bool listed);
 
   void DispatcherChanged(const Dispatcher& dispatcher) const;
+  /// Whether the dispatcher is in the list.
+  bool NotifySubscribersOfPlacesOf(const Dispatcher& dispatcher) const;
   void NotifySubscribersThatDispatcherChanged(unsigned short cookie) const;
 
+  unsigned long GetUnregistrationCount() const;
   YBase::SmartPtrI<Dispatcher> GetDispatcherAt(std::size_t index) const;
   DispatcherList GetDispatchers() const;
   CallbackSet<Callback> GetCallbacks() const;
@@ -65,6 +75,8 @@ class Logger_Impl final : public Logger,
   const std::string mName;
   YBase::SmartPtrI<YResource::Bundle> mpResourceBundle YSYNCH_GUARDED_BY(*mpLock);
   DispatcherList mDispatchers YSYNCH_GUARDED_BY(*mpLock);
+  // How often the callback proxy was unregistered from a dispatcher that had left the list.
+  unsigned long mUnregistrationCount YSYNCH_GUARDED_BY(*mpLock) = 0;
   CallbackSet<Callback> mCallbacks YSYNCH_GUARDED_BY(*mpLock);
 };
 

@@ -12,6 +12,7 @@
 
 #include "support/Callbacks.h"
 #include "support/ConfigurableHook.h"
+#include "support/ForwardingDispatcher.h"
 #include "support/New.h"
 #include "support/RecordingDestination.h"
 
@@ -127,49 +128,24 @@ TEST_F(Router, PassesOnWhatTheHookThrows) {
   EXPECT_THROW(Create(), std::runtime_error);
 }
 
-/// A client's dispatcher that stands before another, and lets the test act between the moment when it is
-/// asked whether it is enabled and the moment when it answers.
-class SlowDispatcher final : public YLog::Dispatcher,
-                             public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
+/// A client's dispatcher that lets the test act between the moment when it is asked whether it is enabled and
+/// the moment when it answers.
+class SlowDispatcher final : public Support::ForwardingDispatcher {
  public:
   using Action = std::function<void(YLog::Dispatcher& inner, int question)>;
 
   SlowDispatcher(SmartPtrI<YLog::Dispatcher> inner, Action onQuestion)
-      : mpInner(std::move(inner)), mOnQuestion(std::move(onQuestion)) {}
+      : ForwardingDispatcher(std::move(inner)), mOnQuestion(std::move(onQuestion)) {}
 
   bool IsEnabled() const override {
-    const bool enabled = mpInner->IsEnabled();
-    mOnQuestion(*mpInner, ++mQuestions);
+    const bool enabled = Inner().IsEnabled();
+    mOnQuestion(Inner(), ++mQuestions);
     return enabled;
-  }
-  const char* GetName() const override { return mpInner->GetName(); }
-  void LogMessage(const YLog::Logger& logger, const char* text, unsigned messageID, const char* fileName,
-                  const char* funcName, int lineNumber) const override {
-    mpInner->LogMessage(logger, text, messageID, fileName, funcName, lineNumber);
-  }
-  void LogMessage(const YLog::Logger& logger, const YBase::Message& message) const override {
-    mpInner->LogMessage(logger, message);
-  }
-  void LogMessage(const YLog::Logger& logger, YBase::Message& message) const override {
-    mpInner->LogMessage(logger, message);
-  }
-  void SetDestinations(const YDataType::ObjectCollection<YLog::Destination>& destinations) override {
-    mpInner->SetDestinations(destinations);
-  }
-  void GetMessageTextJSON(const YLog::Logger& logger, const char* text, unsigned messageID,
-                          const char* fileName, const char* funcName, int lineNumber,
-                          std::string& out) const override {
-    mpInner->GetMessageTextJSON(logger, text, messageID, fileName, funcName, lineNumber, out);
-  }
-  void RegisterCallback(Callback* callback) override { mpInner->RegisterCallback(callback); }
-  void UnregisterCallback(const Callback* callback) noexcept override {
-    mpInner->UnregisterCallback(callback);
   }
 
  private:
   ~SlowDispatcher() override = default;
 
-  const SmartPtrI<YLog::Dispatcher> mpInner;
   const Action mOnQuestion;
   mutable int mQuestions = 0;
 };

@@ -1,0 +1,237 @@
+#include <functional>
+#include <latch>
+#include <map>
+#include <mutex>
+#include <random>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <YLog/YLog.h>
+
+#include "support/Callbacks.h"
+#include "support/ConfigurableHook.h"
+#include "support/ForwardingDispatcher.h"
+#include "support/New.h"
+#include "support/RecordingDestination.h"
+
+namespace {
+
+using Support::ConfigurableHook;
+using Support::Destinations;
+using Support::LoggerCallback;
+using Support::New;
+using Support::RecordingDestination;
+using testing::IsEmpty;
+using YBase::SmartPtrI;
+
+using Cookies = std::vector<unsigned short>;
+
+/// A client's dispatcher that lets the test act, once each, before and after a callback is registered and
+/// unregistered.
+class SteppingDispatcher final : public Support::ForwardingDispatcher {
+ public:
+  using Step = std::function<void()>;
+
+  explicit SteppingDispatcher(const char* name) : ForwardingDispatcher(YLog::CreateDispatcher(name)) {}
+
+  void SetDestinations(const YDataType::ObjectCollection<YLog::Destination>& destinations) override {
+    Inner().SetDestinations(destinations);
+    for (const auto& callback : Callbacks()) callback->DispatcherChanged(*this);
+  }
+  void RegisterCallback(Callback* callback) override {
+    Take(mBeforeRegistration);
+    {
+      const std::lock_guard lock(mMutex);
+      mCallbacks.emplace(callback, callback);
+    }
+    Take(mAfterRegistration);
+  }
+  void UnregisterCallback(const Callback* callback) noexcept override {
+    Take(mBeforeUnregistration);
+    {
+      const std::lock_guard lock(mMutex);
+      mCallbacks.erase(callback);
+    }
+    Take(mAfterUnregistration);
+  }
+
+  Step mBeforeRegistration;
+  Step mAfterRegistration;
+  Step mBeforeUnregistration;
+  Step mAfterUnregistration;
+
+ private:
+  ~SteppingDispatcher() override = default;
+
+  static void Take(Step& step) {
+    std::this_thread::yield();
+    if (step) std::exchange(step, nullptr)();
+  }
+  std::vector<SmartPtrI<Callback>> Callbacks() const {
+    const std::lock_guard lock(mMutex);
+    std::vector<SmartPtrI<Callback>> callbacks;
+    for (const auto& entry : mCallbacks) callbacks.push_back(entry.second);
+    return callbacks;
+  }
+
+  mutable std::mutex mMutex;
+  std::map<const Callback*, SmartPtrI<Callback>> mCallbacks;
+};
+
+/// Does something on a thread of its own, to the end.
+void OnAnotherThread(const std::function<void()>& work) {
+  std::jthread(work).join();
+}
+
+class ConcurrentRefresh : public testing::Test {
+ protected:
+  /// Refreshes the logger so that a dispatcher gets into a place, and nothing else changes.
+  void Put(int place, const SmartPtrI<YLog::Dispatcher>& dispatcher) const {
+    mpLogger->RefreshConfiguration(*New<ConfigurableHook>([&, next = 0](auto& shown, auto&) mutable {
+      if (next++ == place) shown = dispatcher;
+    }));
+  }
+  /// Appends the cookies that are reported when a dispatcher changes.
+  Cookies ReportedFor(YLog::Dispatcher& dispatcher) const {
+    Cookies heard;
+    const auto callback = New<LoggerCallback>([&](unsigned short cookie) { heard.push_back(cookie); });
+    mpLogger->RegisterCallback(callback.Get());
+    dispatcher.SetDestinations(Destinations());
+    mpLogger->UnregisterCallback(callback.Get());
+    return heard;
+  }
+  static SmartPtrI<YLog::Router> CreateRouter(const char* dispatcherName) {
+    return YLog::CreateRouter("Kernel", dispatcherName, YSynch::LOCK_STACK_CATEGORY_OBJECT);
+  }
+
+  const YLog::Initializer mInitializer;
+  const SmartPtrI<YLog::Logger> mpLogger = YLog::GetLogger("Kernel", YSynch::LOCK_STACK_CATEGORY_OBJECT);
+  const unsigned short mCookie = mpLogger->Dispatchers().ObtainCookie("Error");
+  const YDataType::ObjectCollection<YLog::Destination> mOne = Destinations({New<RecordingDestination>()});
+  const SmartPtrI<SteppingDispatcher> mpOne = New<SteppingDispatcher>("One");
+  const SmartPtrI<SteppingDispatcher> mpOther = New<SteppingDispatcher>("Other");
+};
+
+TEST_F(ConcurrentRefresh, ListensToADispatcherThatIsPutBackWhileItIsLetGo) {
+  Put(0, mpOne);
+  mpOne->mBeforeUnregistration = [&] { OnAnotherThread([&] { Put(0, mpOne); }); };
+  Put(0, mpOther);
+  EXPECT_EQ(mpOne, mpLogger->Dispatchers().GetDispatcher(mCookie));
+  EXPECT_EQ(Cookies{mCookie}, ReportedFor(*mpOne));
+  EXPECT_THAT(ReportedFor(*mpOther), IsEmpty());
+}
+
+TEST_F(ConcurrentRefresh, ListensToADispatcherThatIsLetGoWhileItIsPutBack) {
+  Put(0, mpOne);
+  std::latch leaving(1);
+  std::latch listened(1);
+  mpOne->mBeforeUnregistration = [&] {
+    leaving.count_down();
+    listened.wait();
+  };
+  std::jthread replacing([&] { Put(0, mpOther); });
+  leaving.wait();
+  mpOne->mAfterRegistration = [&] {
+    listened.count_down();
+    replacing.join();
+  };
+  Put(0, mpOne);
+  EXPECT_EQ(mpOne, mpLogger->Dispatchers().GetDispatcher(mCookie));
+  EXPECT_EQ(Cookies{mCookie}, ReportedFor(*mpOne));
+}
+
+TEST_F(ConcurrentRefresh, ListensToADispatcherThatIsLetGoWhileAnotherNameGetsIt) {
+  Put(0, mpOne);
+  std::latch leaving(1);
+  std::latch listened(1);
+  mpOne->mBeforeUnregistration = [&] {
+    leaving.count_down();
+    listened.wait();
+  };
+  std::jthread replacing([&] { Put(0, mpOther); });
+  leaving.wait();
+  mpOne->mAfterRegistration = [&] {
+    listened.count_down();
+    replacing.join();
+  };
+  YLog::SetConfigurationHook(
+      New<ConfigurableHook>([&](auto& dispatcher, auto&) { dispatcher = mpOne; }).Get());
+  const unsigned short cookie = mpLogger->Dispatchers().ObtainCookie("Info");
+  EXPECT_EQ(Cookies{cookie}, ReportedFor(*mpOne));
+}
+
+TEST_F(ConcurrentRefresh, LeavesADispatcherThatIsTakenAwayAgainWhileItIsBeingListenedToAgain) {
+  Put(0, mpOne);
+  mpOne->mBeforeUnregistration = [&] {
+    OnAnotherThread([&] { Put(0, mpOne); });
+    mpOne->mBeforeRegistration = [&] { OnAnotherThread([&] { Put(0, mpOther); }); };
+  };
+  Put(0, mpOther);
+  EXPECT_FALSE(mpOne->mBeforeRegistration) << "nobody listened again";
+  EXPECT_EQ(mpOther, mpLogger->Dispatchers().GetDispatcher(mCookie));
+  EXPECT_THAT(ReportedFor(*mpOne), IsEmpty());
+  EXPECT_EQ(Cookies{mCookie}, ReportedFor(*mpOther));
+}
+
+TEST_F(ConcurrentRefresh, FlagTellsTheTruthAfterAChangeThatTheLoggerCouldNotHear) {
+  const auto router = CreateRouter("Info");
+  Put(0, mpOne);
+  mpOne->mBeforeUnregistration = [&] { OnAnotherThread([&] { Put(1, mpOne); }); };
+  mpOne->mAfterUnregistration = [&] { OnAnotherThread([&] { mpOne->SetDestinations(mOne); }); };
+  Put(0, mpOther);
+  EXPECT_FALSE(mpOne->mAfterUnregistration) << "there was no such change";
+  EXPECT_EQ(mpOne, router->GetDispatcher());
+  EXPECT_TRUE(router->mEnabled);
+}
+
+TEST_F(ConcurrentRefresh, FlagOfANewRouterTellsTheTruthAfterAChangeThatTheLoggerCouldNotHear) {
+  Put(0, mpOne);
+  std::latch leaving(1);
+  std::latch listened(1);
+  mpOne->mBeforeUnregistration = [&] {
+    leaving.count_down();
+    listened.wait();
+  };
+  std::jthread replacing([&] { Put(0, mpOther); });
+  leaving.wait();
+  SmartPtrI<YLog::Router> router;
+  mpOne->mAfterRegistration = [&] {
+    listened.count_down();
+    replacing.join();
+    mpOne->mBeforeRegistration = [&] {
+      OnAnotherThread([&] {
+        router = CreateRouter("One");
+        mpOne->SetDestinations(mOne);
+      });
+    };
+  };
+  YLog::SetConfigurationHook(
+      New<ConfigurableHook>([&](auto& dispatcher, auto&) { dispatcher = mpOne; }).Get());
+  mpLogger->Dispatchers().ObtainCookie("Info");
+  ASSERT_TRUE(router) << "nobody listened again";
+  EXPECT_TRUE(router->mEnabled);
+}
+
+TEST_F(ConcurrentRefresh, StressLeavesTheLoggerListeningToWhatIsInTheListAndToNothingElse) {
+  const unsigned short info = mpLogger->Dispatchers().ObtainCookie("Info");
+  const auto refresh = [&](unsigned seed) {
+    std::minstd_rand random(seed);
+    for (int count = 0; count < 20; ++count) {
+      mpLogger->RefreshConfiguration(*New<ConfigurableHook>(
+          [&](auto& dispatcher, auto&) { dispatcher = random() % 2 == 0 ? mpOne : mpOther; }));
+    }
+  };
+  for (unsigned round = 1; round <= 500; ++round) {
+    { const std::jthread threads[] = {std::jthread(refresh, round), std::jthread(refresh, round + 500)}; }
+    for (const auto& dispatcher : {mpOne, mpOther}) {
+      Cookies places;
+      for (const unsigned short cookie : {mCookie, info}) {
+        if (mpLogger->Dispatchers().GetDispatcher(cookie) == dispatcher) places.push_back(cookie);
+      }
+      ASSERT_EQ(places, ReportedFor(*dispatcher)) << round;
+    }
+  }
+}
+
+}  // namespace
