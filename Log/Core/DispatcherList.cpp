@@ -10,6 +10,10 @@
 
 namespace YLog {
 
+DispatcherList::~DispatcherList() {
+  while (!mDispatchers.empty()) mDispatchers.pop_back();
+}
+
 YBase::SmartPtrI<Dispatcher> DispatcherList::Get(std::size_t index) const {
   return index < mDispatchers.size() ? mDispatchers[index] : nullptr;
 }

@@ -21,6 +21,12 @@ class DispatcherList {
   }
   static constexpr std::size_t ToIndex(unsigned short cookie) noexcept { return cookie ^ COOKIE_MASK; }
 
+  DispatcherList() = default;
+  DispatcherList(const DispatcherList&) = default;
+  DispatcherList& operator=(const DispatcherList&) = default;
+  /// Releases the dispatchers back to front.
+  ~DispatcherList();
+
   std::size_t GetCount() const noexcept { return mDispatchers.size(); }
   /// Null past the end.
   YBase::SmartPtrI<Dispatcher> Get(std::size_t index) const;

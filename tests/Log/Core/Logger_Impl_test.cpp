@@ -1,20 +1,32 @@
 #include "Core/Logger_Impl.h"
 
 #include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
+#include <YLog/ConfigurationHook.h>
 #include <YLog/Initializer.h>
 
 #include "support/Callbacks.h"
+#include "support/ConfigurableHook.h"
+#include "support/ForwardingDispatcher.h"
 #include "support/New.h"
+#include "support/RecordingBundle.h"
 #include "support/RecordingDestination.h"
 
 namespace {
 
+using Support::ConfigurableHook;
 using Support::Destinations;
 using Support::LoggerCallback;
 using Support::New;
+using Support::RecordingBundle;
 using Support::RecordingDestination;
+using testing::ElementsAre;
 using YBase::SmartPtrI;
 using YLog::Logger_Impl;
 
@@ -69,6 +81,38 @@ TEST_F(LoggerImpl, MayGoWhileItsDispatcherChanges) {
     dispatcher->SetDestinations(Destinations());
     ASSERT_EQ(before, heard);
   }
+}
+
+/// A client's dispatcher that notes its name when it is destroyed.
+class MortalDispatcher final : public Support::ForwardingDispatcher {
+ public:
+  MortalDispatcher(SmartPtrI<YLog::Dispatcher> inner, std::vector<std::string>& destroyed)
+      : ForwardingDispatcher(std::move(inner)), mDestroyed(destroyed) {}
+
+ private:
+  ~MortalDispatcher() override { mDestroyed.emplace_back(GetName()); }
+
+  std::vector<std::string>& mDestroyed;
+};
+
+/// Does something when the last copy is destroyed.
+std::shared_ptr<void> AtTheEnd(std::function<void()> action) {
+  return {nullptr, [action = std::move(action)](void*) { action(); }};
+}
+
+TEST_F(LoggerImpl, ReleasesItsCallbacksThenItsDispatchersBackToFrontThenItsCatalogue) {
+  std::vector<std::string> destroyed;
+  YLog::SetConfigurationHook(New<ConfigurableHook>([&](auto& dispatcher, auto&) {
+                               dispatcher = New<MortalDispatcher>(dispatcher, destroyed);
+                             }).Get());
+  auto logger = CreateLogger();
+  logger->SetResourceBundle(
+      New<RecordingBundle>("", nullptr, [&] { destroyed.emplace_back("catalogue"); }).Get());
+  for (const char* name : {"Error", "Info", "Debug"}) logger->ObtainCookie(name);
+  logger->RegisterCallback(
+      New<LoggerCallback>([end = AtTheEnd([&] { destroyed.emplace_back("callback"); })](auto) {}).Get());
+  logger = nullptr;
+  EXPECT_THAT(destroyed, ElementsAre("callback", "Debug", "Info", "Error", "catalogue"));
 }
 
 }  // namespace
