@@ -27,12 +27,15 @@ class DispatcherList {
   /// Releases the dispatchers back to front.
   ~DispatcherList();
 
-  std::size_t GetCount() const noexcept { return mDispatchers.size(); }
+  std::size_t GetCount() const noexcept { return mPlaces.size(); }
   /// Null past the end.
   YBase::SmartPtrI<Dispatcher> Get(std::size_t index) const;
   bool Contains(const Dispatcher& dispatcher) const noexcept;
   /// The place of the first dispatcher of that name; the count where there is none.
   std::size_t FindName(const char* name) const;
+
+  /// Whether the hook has had its say about that place. False past the end.
+  bool IsConfigured(std::size_t index) const noexcept;
 
   /// Returns the new dispatcher's place.
   ///
@@ -40,11 +43,18 @@ class DispatcherList {
   std::size_t Add(YBase::SmartPtrI<Dispatcher> dispatcher);
   /// Puts a dispatcher into the place of another, which is returned. \pre `index` is below the count.
   YBase::SmartPtrI<Dispatcher> Replace(std::size_t index, YBase::SmartPtrI<Dispatcher> dispatcher) noexcept;
+  /// Places are configured until this says otherwise. \pre `index` is below the count.
+  void SetConfigured(std::size_t index, bool configured) noexcept;
 
  private:
   static constexpr std::size_t COOKIE_MASK = 0xDAFF;
 
-  std::vector<YBase::SmartPtrI<Dispatcher>> mDispatchers;
+  struct Place {
+    YBase::SmartPtrI<Dispatcher> mpDispatcher;
+    bool mbConfigured = true;
+  };
+
+  std::vector<Place> mPlaces;
 };
 
 }  // namespace YLog

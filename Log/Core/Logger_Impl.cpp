@@ -1,11 +1,13 @@
 #include "Core/Logger_Impl.h"
 
+#include <optional>
 #include <utility>
 
 #include <YLog/ConfigurationHook.h>
 
 #include "Core/BackPointer.h"
 #include "Core/NotNull.h"
+#include "Core/UnderConfiguration.h"
 #include "ModuleMain.h"
 
 namespace YLog {
@@ -28,6 +30,15 @@ class Logger_Impl::CallbackProxy final : public Dispatcher::Callback,
   ~CallbackProxy() override = default;
 
   BackPointer<Logger_Impl> mOwner;
+};
+
+/// A dispatcher that the hook has not had its say about yet.
+struct Logger_Impl::NewDispatcher {
+  using Shown = UnderConfiguration<Logger_Impl, NewDispatcher>;
+
+  YBase::SmartPtrI<Dispatcher> mpDispatcher;
+  // None until it is in the list.
+  std::optional<std::size_t> mPlace;
 };
 
 Logger_Impl::Logger_Impl(const char* name, YSynch::EnumORBLockStackCategory category)
@@ -98,12 +109,17 @@ unsigned short Logger_Impl::ObtainCookie(const char* dispatcherName) {
   dispatcherName = NotNull(dispatcherName);
   const DispatcherList dispatchers = GetDispatchers();
   const std::size_t index = dispatchers.FindName(dispatcherName);
-  if (index < dispatchers.GetCount()) return DispatcherList::ToCookie(index);
-
-  YBase::SmartPtrI<Dispatcher> dispatcher = CreateDispatcher(dispatcherName);
-  const YBase::SmartPtrI<ConfigurationHook> hook = gModuleMainPtr->GetConfigurationHook();
-  if (hook) dispatcher = Configure(dispatcher, *hook);
-  return AddDispatcher(dispatcher);
+  if (dispatchers.IsConfigured(index)) return DispatcherList::ToCookie(index);
+  if (NewDispatcher* shown = NewDispatcher::Shown::Find(*this, dispatcherName)) {
+    return DispatcherList::ToCookie(GetPlace(*shown));
+  }
+  NewDispatcher dispatcher;
+  if (index < dispatchers.GetCount()) {
+    dispatcher = {dispatchers.Get(index), index};
+  } else {
+    dispatcher.mpDispatcher = CreateDispatcher(dispatcherName);
+  }
+  return DispatcherList::ToCookie(GetPlaceWhenConfigured(dispatcher));
 }
 
 YBase::SmartPtrI<Dispatcher> Logger_Impl::GetDispatcher(unsigned short cookie) const {
@@ -112,8 +128,7 @@ YBase::SmartPtrI<Dispatcher> Logger_Impl::GetDispatcher(unsigned short cookie) c
 
 void Logger_Impl::RefreshConfiguration(ConfigurationHook& hook) {
   for (std::size_t index = 0; const auto dispatcher = GetDispatcherAt(index); ++index) {
-    const YBase::SmartPtrI<Dispatcher> configured = Configure(dispatcher, hook);
-    if (configured.Get() != dispatcher.Get()) ReplaceDispatcher(index, configured);
+    FinishPlace(index, dispatcher, Configure(dispatcher, hook));
   }
 }
 
@@ -124,10 +139,46 @@ YBase::SmartPtrI<Dispatcher> Logger_Impl::Configure(const YBase::SmartPtrI<Dispa
   return configured ? configured : dispatcher;
 }
 
-unsigned short Logger_Impl::AddDispatcher(const YBase::SmartPtrI<Dispatcher>& dispatcher) {
+YBase::SmartPtrI<Dispatcher> Logger_Impl::Configure(NewDispatcher& dispatcher, ConfigurationHook& hook) {
+  const NewDispatcher::Shown shown(*this, dispatcher.mpDispatcher->GetName(), dispatcher);
+  try {
+    return Configure(dispatcher.mpDispatcher, hook);
+  } catch (...) {
+    // The hook is asked again by the next one who wants the dispatcher, as if it had never been added.
+    if (dispatcher.mPlace) SetConfigured(*dispatcher.mPlace, false);
+    throw;
+  }
+}
+
+std::size_t Logger_Impl::GetPlace(NewDispatcher& dispatcher) {
+  if (!dispatcher.mPlace) dispatcher.mPlace = AddDispatcher(dispatcher.mpDispatcher);
+  return *dispatcher.mPlace;
+}
+
+std::size_t Logger_Impl::GetPlaceWhenConfigured(NewDispatcher& dispatcher) {
+  const YBase::SmartPtrI<ConfigurationHook> hook = gModuleMainPtr->GetConfigurationHook();
+  if (!hook) return GetPlace(dispatcher);
+  const YBase::SmartPtrI<Dispatcher> configured = Configure(dispatcher, *hook);
+  if (!dispatcher.mPlace) return AddDispatcher(configured);
+  FinishPlace(*dispatcher.mPlace, dispatcher.mpDispatcher, configured);
+  return *dispatcher.mPlace;
+}
+
+std::size_t Logger_Impl::AddDispatcher(const YBase::SmartPtrI<Dispatcher>& dispatcher) {
   std::size_t index = 0;
   PutIntoList(dispatcher, [&]() YSYNCH_REQUIRES(*mpLock) { index = mDispatchers.Add(dispatcher); });
-  return DispatcherList::ToCookie(index);
+  return index;
+}
+
+void Logger_Impl::FinishPlace(std::size_t index, const YBase::SmartPtrI<Dispatcher>& shown,
+                              const YBase::SmartPtrI<Dispatcher>& configured) {
+  if (configured != shown) ReplaceDispatcher(index, configured);
+  SetConfigured(index, true);
+}
+
+void Logger_Impl::SetConfigured(std::size_t index, bool configured) noexcept {
+  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  mDispatchers.SetConfigured(index, configured);
 }
 
 void Logger_Impl::ReplaceDispatcher(std::size_t index, const YBase::SmartPtrI<Dispatcher>& dispatcher) {

@@ -41,6 +41,7 @@ class Logger_Impl final : public Logger,
 
  private:
   class CallbackProxy;
+  struct NewDispatcher;
 
   ~Logger_Impl() override;
   void ReferenceCountIsAboutToReachZero() const override;
@@ -48,7 +49,18 @@ class Logger_Impl final : public Logger,
   /// Shows a dispatcher to the hook, and returns it or what the hook put in its place.
   YBase::SmartPtrI<Dispatcher> Configure(const YBase::SmartPtrI<Dispatcher>& dispatcher,
                                          ConfigurationHook& hook);
-  unsigned short AddDispatcher(const YBase::SmartPtrI<Dispatcher>& dispatcher);
+  /// The same for one that the hook has not had its say about. The hook may ask this logger for it.
+  YBase::SmartPtrI<Dispatcher> Configure(NewDispatcher& dispatcher, ConfigurationHook& hook);
+  /// The place of such a dispatcher, which is added as it is where it has none.
+  std::size_t GetPlace(NewDispatcher& dispatcher);
+  /// The place of what the hook made of such a dispatcher.
+  std::size_t GetPlaceWhenConfigured(NewDispatcher& dispatcher);
+
+  std::size_t AddDispatcher(const YBase::SmartPtrI<Dispatcher>& dispatcher);
+  /// Puts what the hook made of the dispatcher of a place into that place.
+  void FinishPlace(std::size_t index, const YBase::SmartPtrI<Dispatcher>& shown,
+                   const YBase::SmartPtrI<Dispatcher>& configured);
+  void SetConfigured(std::size_t index, bool configured) noexcept;
   void ReplaceDispatcher(std::size_t index, const YBase::SmartPtrI<Dispatcher>& dispatcher);
   /// Registers the callback proxy with a dispatcher and then lets `put` enter it into the list, under the
   /// lock.

@@ -15,6 +15,7 @@
 #include <YSynch/ThreadSpecificLogHeaders.h>
 
 #include "Core/Logger_Impl.h"
+#include "Core/UnderConfiguration.h"
 #include "Destinations/Destination_KafkaLog_Impl.h"
 #include "Module/BasePath.h"
 
@@ -124,8 +125,14 @@ YBase::SmartPtrI<Logger> ModuleMain_Impl::GetLogger(const char* name,
   const std::string key = name != nullptr ? name : "";
   if (YBase::SmartPtrI<Logger> known = FindLogger(key)) return known;
 
+  using Shown = UnderConfiguration<ModuleMain_Impl, const YBase::SmartPtrI<Logger>>;
+  if (const YBase::SmartPtrI<Logger>* shown = Shown::Find(*this, key.c_str())) return *shown;
+
   const YBase::SmartPtrI<Logger> logger(new Logger_Impl(key.c_str(), category));
-  if (const YBase::SmartPtrI<ConfigurationHook> hook = GetConfigurationHook()) hook->ConfigureLogger(*logger);
+  if (const YBase::SmartPtrI<ConfigurationHook> hook = GetConfigurationHook()) {
+    const Shown shown(*this, key.c_str(), logger);
+    hook->ConfigureLogger(*logger);
+  }
 
   const YSynch::RWLock::WriteSmartLock lock(*mpLock);
   return mLoggers.try_emplace(key, logger).first->second;

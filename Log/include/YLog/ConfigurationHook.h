@@ -13,7 +13,9 @@ class Logger;
 ///
 /// Threads: either operation may be called by any thread that asks for a logger or a router, several at once.
 ///
-/// Reentrancy: called with no lock of the library held.
+/// Reentrancy: called with no lock of the library held. It may ask for the logger or dispatcher that it is
+/// being shown, by name, and log through it: it is given that one as it is at that moment, and is not shown
+/// it again.
 ///
 /// Failure: what it throws reaches whoever asked for the logger or router, or for the refresh.
 class YLOG_EXPORT ConfigurationHook : public virtual YBase::ReferenceCounted {

@@ -71,8 +71,9 @@ class YLOG_EXPORT Logger : public virtual YBase::ReferenceCounted {
 class YLOG_EXPORT Logger::DispatcherCollection {
  public:
   /// The cookie of the first dispatcher of that name. Where there is none, one is created, shown to the
-  /// configuration hook and added. Two threads that ask for a new name at once may both add one.
-  /// \pre `dispatcherName` is not null.
+  /// configuration hook and added. Two threads that ask for a new name at once may both add one. Where the
+  /// hook throws, none is added, unless the hook itself had asked for it; the hook is then shown it at the
+  /// next request. \pre `dispatcherName` is not null.
   virtual unsigned short ObtainCookie(const char* dispatcherName) = 0;
 
   /// The dispatcher behind a cookie, or null for one that this logger did not issue.

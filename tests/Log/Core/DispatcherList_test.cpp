@@ -39,6 +39,19 @@ TEST(DispatcherList, ReplacesADispatcherInItsPlace) {
   EXPECT_FALSE(list.Contains(*former));
 }
 
+TEST(DispatcherList, CountsADispatcherAsConfiguredUntilItIsToldOtherwise) {
+  DispatcherList list;
+  EXPECT_FALSE(list.IsConfigured(0));
+  list.Add(CreateDispatcher("Error"));
+  list.Add(CreateDispatcher("Info"));
+  list.SetConfigured(1, false);
+  EXPECT_TRUE(list.IsConfigured(0));
+  EXPECT_FALSE(list.IsConfigured(1));
+  list.SetConfigured(1, true);
+  EXPECT_TRUE(list.IsConfigured(1));
+  EXPECT_FALSE(list.IsConfigured(2));
+}
+
 TEST(DispatcherList, RefusesMoreDispatchersThanThereAreCookies) {
   DispatcherList list;
   const auto dispatcher = CreateDispatcher("Error");
