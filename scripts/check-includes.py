@@ -29,7 +29,7 @@ ALLOWED["Module"] = BELOW_SUBSYSTEMS | SUBSYSTEMS
 # Clients know the installed headers only.
 ALLOWED |= {"examples": PUBLIC_FACE}
 
-HEAVY = re.compile(r"(iostream|regex|filesystem|boost/.*|unicode/.*|json/.*|utf8.*)$")
+HEAVY = re.compile(r"(iostream|regex|filesystem|boost/.*|unicode/.*|json/.*|nlohmann/.*|utf8.*)$")
 INTERNAL_NAME = re.compile(r"\b\w+_Impl\b|\bModuleMain\b")
 INCLUDE = re.compile(r'\s*#\s*include\s*(?:<([^>]+)>|"([^"]+)")')
 

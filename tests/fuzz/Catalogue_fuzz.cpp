@@ -3,6 +3,8 @@
 #include "Foundation/YResource/src/Place.h"
 #include "Require.h"
 
+#include <YBase/TextConversion.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -12,12 +14,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string text(reinterpret_cast<const char*>(data), size);
   YResource::CatalogueFaults faults;
   const std::string path = "orders.de.json";
-  const auto catalogue = YResource::CatalogueReader(path, text, faults).Read();
+  const auto catalogue = YResource::ReadCatalogue(path, text, faults);
   Fuzz::Require(catalogue.has_value() == (faults.GetCount() == 0), "what is refused has a fault");
   if (!catalogue) return 0;
   Fuzz::Require(catalogue->domain != 0 && catalogue->language == 0x0007, "what is taken says whose it is");
   for (const YResource::CatalogueText& entry : catalogue->texts) {
     Fuzz::Require(entry.id != 0 && !entry.text.empty() && entry.line > 0, "each text is complete");
+    const std::string whole = YBase::WideCharToUTF8(YBase::UTF8ToWideChar(entry.text.c_str()).c_str());
+    Fuzz::Require(whole == entry.text, "each text is UTF-8 to its end");
     Fuzz::Require(YResource::FindPlaces(entry.text).count(0) == 0, "places count from 1");
   }
   return 0;

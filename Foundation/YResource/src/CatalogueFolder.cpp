@@ -1,14 +1,11 @@
 #include "CatalogueFolder.h"
 
-#include <YBase/TextConversion.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <map>
 #include <optional>
 #include <set>
-#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -49,10 +46,7 @@ std::optional<Catalogue> ReadFile(const std::string& path, CatalogueFaults& faul
     faults.Add(path, text);
     return std::nullopt;
   }
-  if (text.starts_with(YBase::UNICODE_BYTE_ORDER_MARK)) {
-    text.erase(0, std::string_view(YBase::UNICODE_BYTE_ORDER_MARK).size());
-  }
-  return CatalogueReader(path, text, faults).Read();
+  return ReadCatalogue(path, std::move(text), faults);
 }
 
 /// The neutral one first.

@@ -1,14 +1,18 @@
 #include "CatalogueReader.h"
 
-#include <json/reader.h>
-#include <json/value.h>
-#include <utf8.h>
-
+#include <algorithm>
 #include <charconv>
-#include <exception>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
-#include <memory>
+#include <functional>
+#include <ios>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <sstream>
 #include <string_view>
+#include <utility>
 
 #include "CatalogueFaults.h"
 #include "LocaleName.h"
@@ -17,10 +21,13 @@ namespace YResource {
 
 namespace {
 
-constexpr const char* NEUTRAL_LOCALE = "neutral";
+using Json = nlohmann::json;
 
-/// Decimal, or hexadecimal behind "0x"; 0 for what is no ID.
-unsigned ReadID(std::string_view key) {
+constexpr const char* NEUTRAL_LOCALE = "neutral";
+constexpr std::string_view MEMBERS[] = {"domain", "locale", "texts"};
+
+/// Decimal, or hexadecimal after "0x"; 0 for what is not an ID.
+unsigned ParseID(std::string_view key) {
   const bool isHex = key.starts_with("0x");
   if (isHex) key.remove_prefix(2);
   unsigned id = 0;
@@ -31,36 +38,64 @@ unsigned ReadID(std::string_view key) {
   return isWhole && (isHex || key.front() != '0') ? id : 0;
 }
 
-Json::CharReaderBuilder MakeStrictBuilder() {
-  Json::CharReaderBuilder builder;
-  Json::CharReaderBuilder::strictMode(&builder.settings_);
-  builder["collectComments"] = false;
-  // Deeper than any catalogue, and far from what the stack of a thread holds.
-  builder["stackLimit"] = 16;
-  return builder;
-}
+/// Takes what the parser finds as it finds it, so that the line is known and nothing is kept but the texts.
+class CatalogueReader final : public Json::json_sax_t {
+ public:
+  CatalogueReader(const std::string& path, std::string text, CatalogueFaults& faults);
 
-/// What the parser says first, "* Line 3, Column 5\n  reason\n...", as line and reason.
-std::pair<std::size_t, std::string> SplitFirstError(std::string_view errors) {
-  constexpr std::string_view BEFORE_LINE = "* Line ";
-  std::size_t line = 1;
-  if (errors.starts_with(BEFORE_LINE)) {
-    errors.remove_prefix(BEFORE_LINE.size());
-    std::from_chars(errors.data(), errors.data() + errors.size(), line);
-  }
-  const std::size_t begin = errors.find_first_not_of(" \n", errors.find('\n'));
-  if (begin == std::string_view::npos) return {line, "cannot be parsed"};
-  return {line, std::string(errors.substr(begin, errors.find('\n', begin) - begin))};
-}
+  std::optional<Catalogue> Read();
 
-bool IsValidText(const std::string& text) {
-  return utf8::is_valid(text.begin(), text.end()) && text.find('\0') == std::string::npos;
-}
+ private:
+  bool null() override { return ReadValue(nullptr); }
+  bool boolean(bool value) override { return ReadValue(value); }
+  bool number_integer(std::int64_t value) override { return ReadValue(value); }
+  bool number_unsigned(std::uint64_t value) override { return ReadValue(value); }
+  bool number_float(double value, const std::string&) override { return ReadValue(value); }
+  bool string(std::string& value) override { return ReadValue(std::move(value)); }
+  bool binary(Json::binary_t&) override { return false; }  // JSON has none.
+  bool start_object(std::size_t) override { return Enter(Json::object()); }
+  bool end_object() override;
+  bool start_array(std::size_t) override { return Enter(Json::array()); }
+  bool end_array() override { return --mDepth, true; }
+  bool key(std::string& key) override;
+  bool parse_error(std::size_t, const std::string&, const Json::exception& exception) override;
 
-}  // namespace
+  bool Enter(const Json& value);
+  bool ReadValue(const Json& value);
+  void ReadMember(const Json& value);
+  void ReadDomain(const Json& value);
+  void ReadLocale(const Json& value);
+  void ReadText(const Json& value);
+  void TakeMemberName(const std::string& name);
+  void TakeID(const std::string& key);
 
-CatalogueReader::CatalogueReader(const std::string& path, const std::string& text, CatalogueFaults& faults)
-    : mPath(path), mText(text), mFaults(faults), mLines(text) {
+  std::size_t GetLine();
+  void AddFault(const std::string& reason) { mFaults.Add(mCatalogue.path, GetLine(), reason); }
+
+  // The parser's place in it tells the line.
+  std::istringstream mText;
+  CatalogueFaults& mFaults;
+  Catalogue mCatalogue;
+  // The locale that the name of the file gives.
+  std::string mLocale;
+
+  // In how many objects and arrays the parser is: 1 in that of the file, 2 in that of its texts.
+  std::size_t mDepth = 0;
+  std::string mMember;
+  std::set<std::string, std::less<>> mMembers;
+  bool mbInTexts = false;
+  // Of the next text; 0 after a key that is not an ID.
+  unsigned mID = 0;
+  // Also knows those that are there twice, in different spellings.
+  std::map<unsigned, std::size_t> mLinesOfIDs;
+
+  // How many line feeds are in the first characters, and one more.
+  std::streamoff mCounted = 0;
+  std::size_t mLine = 1;
+};
+
+CatalogueReader::CatalogueReader(const std::string& path, std::string text, CatalogueFaults& faults)
+    : mText(std::move(text)), mFaults(faults) {
   const std::string stem = std::filesystem::path(path).stem().string();
   const std::size_t dot = stem.find('.');
   mLocale = dot != std::string::npos ? stem.substr(dot + 1) : NEUTRAL_LOCALE;
@@ -70,98 +105,125 @@ CatalogueReader::CatalogueReader(const std::string& path, const std::string& tex
 
 std::optional<Catalogue> CatalogueReader::Read() {
   const std::size_t before = mFaults.GetCount();
-  Json::Value root;
-  if (Parse(root)) ReadMembers(root);
+  const bool isParsed = Json::sax_parse(mText, static_cast<Json::json_sax_t*>(this));
+  // The parser takes the first one after the catalogue for the end of the file.
+  if (isParsed && mText.view().find('\0') != std::string_view::npos) AddFault("has a null character");
   if (mFaults.GetCount() != before) return std::nullopt;
   return std::move(mCatalogue);
 }
 
-bool CatalogueReader::Parse(Json::Value& root) {
-  const auto invalid = utf8::find_invalid(mText.begin(), mText.end());
-  if (invalid != mText.end()) {
-    mFaults.Add(mPath, mLines.GetLine(static_cast<std::size_t>(invalid - mText.begin())), "is not UTF-8");
-    return false;
-  }
-  const std::unique_ptr<Json::CharReader> reader(MakeStrictBuilder().newCharReader());
-  std::string errors;
-  bool isParsed = false;
-  try {
-    isParsed = reader->parse(mText.data(), mText.data() + mText.size(), &root, &errors);
-  } catch (const Json::Exception&) {
-    // The one thing that it throws for.
-    mFaults.Add(mPath, "is nested too deeply");
-    return false;
-  }
-  if (!isParsed) {
-    const auto [line, reason] = SplitFirstError(errors);
-    mFaults.Add(mPath, line, reason);
-  }
-  return isParsed;
+bool CatalogueReader::Enter(const Json& value) {
+  ReadValue(value);
+  ++mDepth;
+  return true;
 }
 
-void CatalogueReader::ReadMembers(const Json::Value& root) {
-  if (!root.isObject()) return mFaults.Add(mPath, 1, "is no object");
-  for (const char* name : {"domain", "locale", "texts"}) {
-    if (!root.isMember(name)) mFaults.Add(mPath, std::string("has no '") + name + "'");
-  }
-  for (auto member = root.begin(); member != root.end(); ++member) {
-    const std::string name = member.name();
-    if (name == "domain") {
-      ReadDomain(*member);
-    } else if (name == "locale") {
-      ReadLocale(*member);
-    } else if (name == "texts") {
-      ReadTexts(*member);
-    } else {
-      AddFault(*member, "unknown member '" + name + "'");
+bool CatalogueReader::end_object() {
+  if (--mDepth != 0) return true;
+  for (const std::string_view name : MEMBERS) {
+    if (!mMembers.contains(name)) {
+      mFaults.Add(mCatalogue.path, "has no '" + std::string(name) + "'");
     }
   }
+  return true;
 }
 
-void CatalogueReader::ReadDomain(const Json::Value& value) {
-  const bool isInteger = value.type() == Json::intValue || value.type() == Json::uintValue;
-  if (!isInteger || !value.isUInt() || value.asUInt() == 0) {
-    return AddFault(value, "the domain must be a number from 1 to 4294967295");
+bool CatalogueReader::key(std::string& key) {
+  if (mDepth == 1) {
+    TakeMemberName(key);
+  } else if (mDepth == 2 && mbInTexts) {
+    TakeID(key);
   }
-  mCatalogue.domain = value.asUInt();
+  return true;
 }
 
-void CatalogueReader::ReadLocale(const Json::Value& value) {
-  if (!value.isString()) return AddFault(value, "the locale must be a text");
-  const std::string locale = value.asString();
+bool CatalogueReader::parse_error(std::size_t, const std::string&, const Json::exception& exception) {
+  // "[kind] parse error at line 5, column 3: reason", or "[kind] reason".
+  const std::string_view text = exception.what();
+  const std::size_t colon = text.find(": ");
+  AddFault(std::string(text.substr((colon != std::string_view::npos ? colon : text.find("] ")) + 2)));
+  return false;
+}
+
+bool CatalogueReader::ReadValue(const Json& value) {
+  if (mDepth == 0 && !value.is_object()) AddFault("is not an object");
+  if (mDepth == 1) ReadMember(value);
+  if (mDepth == 2 && mbInTexts) ReadText(value);
+  return true;
+}
+
+void CatalogueReader::TakeMemberName(const std::string& name) {
+  mMember = name;
+  mbInTexts = false;
+  if (std::find(std::begin(MEMBERS), std::end(MEMBERS), name) == std::end(MEMBERS)) {
+    AddFault("unknown member '" + name + "'");
+  } else if (!mMembers.insert(name).second) {
+    AddFault("member '" + name + "' is there twice");
+  }
+}
+
+void CatalogueReader::ReadMember(const Json& value) {
+  if (mMember == "domain") ReadDomain(value);
+  if (mMember == "locale") ReadLocale(value);
+  if (mMember == "texts") {
+    mbInTexts = value.is_object();
+    if (!mbInTexts) AddFault("the texts must be an object");
+  }
+}
+
+void CatalogueReader::ReadDomain(const Json& value) {
+  const std::uint64_t domain = value.is_number_unsigned() ? value.get<std::uint64_t>() : 0;
+  if (domain == 0 || domain > UINT32_MAX) {
+    return AddFault("the domain must be a number from 1 to 4294967295");
+  }
+  mCatalogue.domain = static_cast<unsigned>(domain);
+}
+
+void CatalogueReader::ReadLocale(const Json& value) {
+  if (!value.is_string()) return AddFault("the locale must be a text");
+  const auto& locale = value.get_ref<const std::string&>();
   if (locale != mLocale) {
-    return AddFault(value, "the locale is '" + locale + "', that of the file's name '" + mLocale + "'");
+    return AddFault("the locale is '" + locale + "', that of the file's name '" + mLocale + "'");
   }
   if (locale == NEUTRAL_LOCALE) return;
   const auto language = FindLanguageOfItsOwn(locale);
-  if (!language) return AddFault(value, "the locale '" + locale + "' has no language identifier");
+  if (!language) return AddFault("the locale '" + locale + "' has no language identifier");
   mCatalogue.language = *language;
 }
 
-void CatalogueReader::ReadTexts(const Json::Value& value) {
-  if (!value.isObject()) return AddFault(value, "the texts must be an object");
-  for (auto member = value.begin(); member != value.end(); ++member) ReadText(member.name(), *member);
+void CatalogueReader::TakeID(const std::string& key) {
+  mID = ParseID(key);
+  if (mID == 0) return AddFault("'" + key + "' is not an ID from 1 to 4294967295, decimal or after 0x");
+  const auto [place, isNew] = mLinesOfIDs.emplace(mID, GetLine());
+  if (!isNew) AddFault("ID " + key + " is already in line " + std::to_string(place->second));
 }
 
-void CatalogueReader::ReadText(const std::string& key, const Json::Value& value) {
-  const unsigned id = ReadID(key);
-  if (id == 0) return AddFault(value, "'" + key + "' is no ID from 1 to 4294967295, decimal or behind 0x");
-  const auto [place, isNew] = mLinesOfIDs.emplace(id, GetLine(value));
-  if (!isNew) return AddFault(value, "ID " + key + " is already in line " + std::to_string(place->second));
-  if (!value.isString()) return AddFault(value, "the text of ID " + key + " is no text");
-  std::string text = value.asString();
-  if (!IsValidText(text))
-    return AddFault(value, "the text of ID " + key + " has an escape that is no character");
+void CatalogueReader::ReadText(const Json& value) {
+  if (mID == 0) return;
+  const auto* const text = value.get_ptr<const std::string*>();
+  if (text == nullptr || text->find('\0') != std::string::npos) {
+    return AddFault("the text of ID " + std::to_string(mID) +
+                    (text == nullptr ? " is not a text" : " has a null character"));
+  }
   // An empty one waits to be translated.
-  if (!text.empty()) mCatalogue.texts.push_back({id, std::move(text), place->second});
+  if (!text->empty()) mCatalogue.texts.push_back({mID, *text, GetLine()});
 }
 
-std::size_t CatalogueReader::GetLine(const Json::Value& value) const {
-  return mLines.GetLine(static_cast<std::size_t>(value.getOffsetStart()));
+/// That of the last character that the parser has read.
+std::size_t CatalogueReader::GetLine() {
+  const std::streamoff read = mText.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in);
+  const std::streamoff last = std::max<std::streamoff>(read - 1, 0);
+  const char* const text = mText.view().data();
+  // The parser never goes back, so that each character is counted once.
+  mLine += static_cast<std::size_t>(std::count(text + mCounted, text + last, '\n'));
+  mCounted = last;
+  return mLine;
 }
 
-void CatalogueReader::AddFault(const Json::Value& value, const std::string& reason) {
-  mFaults.Add(mPath, GetLine(value), reason);
+}  // namespace
+
+std::optional<Catalogue> ReadCatalogue(const std::string& path, std::string text, CatalogueFaults& faults) {
+  return CatalogueReader(path, std::move(text), faults).Read();
 }
 
 }  // namespace YResource

@@ -39,7 +39,7 @@ class CheckCatalogues(unittest.TestCase):
         self.assertEqual(result.returncode, 1)
         lines = result.stdout.splitlines()
         self.assertTrue(lines[0].startswith(f"{austrian}:"), lines)
-        self.assertEqual(lines[1:], [f"{german}:6: '02' is no ID from 1 to 4294967295, decimal or behind 0x"])
+        self.assertEqual(lines[1:], [f"{german}:6: '02' is not an ID from 1 to 4294967295, decimal or after 0x"])
 
     def test_compares_places_once_the_files_are_sound(self):
         german = self.folder / "orders.de.json"
