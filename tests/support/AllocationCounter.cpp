@@ -13,9 +13,15 @@ constexpr unsigned long NEVER = std::numeric_limits<unsigned long>::max();
 
 constinit thread_local unsigned long gsAllocationCount = 0;
 constinit thread_local unsigned long gsFailingAllocation = NEVER;
+constinit thread_local unsigned long gsHookedAllocation = NEVER;
+using Hook = void (*)(void* data);
+constinit thread_local Hook gspHook = nullptr;
+constinit thread_local void* gspHookData = nullptr;
 
 void CountAllocation() {
-  if (gsAllocationCount++ != gsFailingAllocation) return;
+  const unsigned long number = gsAllocationCount++;
+  if (number == gsHookedAllocation) gspHook(gspHookData);
+  if (number != gsFailingAllocation) return;
   gsFailingAllocation = NEVER;
   throw std::bad_alloc();
 }
@@ -32,6 +38,16 @@ AllocationFailure::AllocationFailure(unsigned long successes) noexcept {
 
 AllocationFailure::~AllocationFailure() {
   gsFailingAllocation = NEVER;
+}
+
+AllocationHook::AllocationHook(unsigned long skipped, Hook function, void* data) noexcept {
+  gspHook = function;
+  gspHookData = data;
+  gsHookedAllocation = gsAllocationCount + skipped;
+}
+
+AllocationHook::~AllocationHook() {
+  gsHookedAllocation = NEVER;
 }
 
 }  // namespace Support

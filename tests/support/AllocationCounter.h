@@ -17,4 +17,14 @@ class AllocationFailure {
   AllocationFailure& operator=(const AllocationFailure&) = delete;
 };
 
+/// Calls a function in the middle of an allocation of the calling thread, once, as long as it exists: so many
+/// calls of `operator new` are left alone, and the one after them makes the call before it takes any memory.
+class AllocationHook {
+ public:
+  AllocationHook(unsigned long skipped, void (*function)(void* data), void* data) noexcept;
+  ~AllocationHook();
+  AllocationHook(const AllocationHook&) = delete;
+  AllocationHook& operator=(const AllocationHook&) = delete;
+};
+
 }  // namespace Support

@@ -1,6 +1,13 @@
 #include <YBase/BasicMessageCursor.h>
+#include <YBase/PublishedOnce.h>
 
 namespace YBase {
+
+namespace {
+
+constinit PublishedOnce<const Message> gsNothing;
+
+}  // namespace
 
 template <class MessageType>
 BasicMessageCursor<MessageType>::BasicMessageCursor(MessageType& root)
@@ -33,9 +40,7 @@ bool BasicMessageCursor<MessageType>::Descend(bool emptyWhereMissing) {
 template <class MessageType>
 MessageType& BasicMessageCursor<MessageType>::ReplaceMissing([[maybe_unused]] MessageType& parent) {
   if constexpr (std::is_const_v<MessageType>) {
-    // Never destroyed: threads may walk while the process ends.
-    static const Message& sNothing = *new Message;
-    return sNothing;
+    return gsNothing.Get();
   } else {
     // The parent's next place stays behind the last one: what is added here has been visited.
     return parent.mLowerLevelMessages.emplace_back();

@@ -1,5 +1,6 @@
 #include "LocalTime.h"
 
+#include <YBase/NeverDestroyed.h>
 #include <YSynch/CriticalSection.h>
 
 #include <atomic>
@@ -41,17 +42,15 @@ Zone GetZone() noexcept {
   return {LoadRelaxed(::timezone), LoadRelaxed(::tzname[0]), LoadRelaxed(::tzname[1])};
 }
 
-/// Held around the C library's lock on the zone, so that none of our threads has that at a fork. Never
-/// destroyed: it is needed as long as anything logs.
-YSynch::CriticalSection& GetZoneLock() {
-  static auto& lock = *new YSynch::CriticalSection(YSynch::LOCK_STACK_CATEGORY_CLASS);
-  return lock;
-}
+// Held around the C library's lock on the zone, so that none of our threads has that at a fork.
+constinit YBase::NeverDestroyed<YSynch::CriticalSection> gsZoneLock(
+    YSynch::LOCK_STACK_CATEGORY_CLASS, YSynch::CriticalSection::JoinsForksLater());
+[[maybe_unused]] const bool gsbJoinedForks = (gsZoneLock->JoinForks(), true);
 
-std::tm BreakDown(std::chrono::sys_seconds instant) {
+std::tm BreakDown(std::chrono::sys_seconds instant) noexcept {
   const std::time_t seconds = instant.time_since_epoch().count();
   std::tm parts{};
-  const YSynch::CriticalSection::SmartLock lock(GetZoneLock());
+  const YSynch::CriticalSection::SmartLock lock(*gsZoneLock);
   [[maybe_unused]] const std::tm* const result = ::localtime_r(&seconds, &parts);
   // It fails only for years that an int cannot hold, which a clock of milliseconds never shows.
   assert(result != nullptr);
@@ -86,7 +85,7 @@ LocalTime ToLocalTime(const std::tm& parts, long secondsWest) noexcept {
 
 }  // namespace
 
-LocalTime GetLocalTime(std::chrono::sys_seconds instant) {
+LocalTime GetLocalTime(std::chrono::sys_seconds instant) noexcept {
   // The zone is noted before the question: if it changes in between, the answer is not taken for the new
   // zone's the next time.
   const Zone zone = GetZone();

@@ -23,8 +23,6 @@ struct LocalTime {
 ///
 /// Threads: any, also before `main` and while a thread's own objects are destroyed. A fork waits for a
 /// thread that is asking the C library, since its lock on the zone would stay taken in the child.
-///
-/// Failure: `std::bad_alloc`, from the process's first call alone.
-LocalTime GetLocalTime(std::chrono::sys_seconds instant);
+LocalTime GetLocalTime(std::chrono::sys_seconds instant) noexcept;
 
 }  // namespace YDataType

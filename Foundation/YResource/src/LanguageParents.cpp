@@ -1,12 +1,12 @@
 #include "LanguageParents.h"
 
+#include <YBase/PublishedOnce.h>
 #include <unicode/uloc.h>
 
 #include <algorithm>
 #include <string>
 
 #include "LocaleName.h"
-#include "PublishedOnce.h"
 
 namespace YResource {
 
@@ -17,7 +17,7 @@ namespace {
 constexpr unsigned FAMILIES = 0x400;
 constexpr unsigned VARIANTS = 0x40;
 
-PublishedOnce<LanguageParents> gsLanguageParents;
+constinit YBase::PublishedOnce<LanguageParents> gsLanguageParents;
 
 /// Each step makes the name shorter, so that no road of parents leads in a circle.
 unsigned short FindParent(const std::string& name) {

@@ -1,12 +1,12 @@
 #include "Localizer_Impl.h"
 
 #include <YBase/Message.h>
+#include <YBase/PublishedOnce.h>
 #include <YResource/Localizer.h>
 
 #include <cassert>
 #include <string>
 
-#include "PublishedOnce.h"
 #include "TableBundle.h"
 
 namespace YResource {
@@ -17,7 +17,7 @@ struct LocalizerOfProcess {
   const YBase::SmartPtrI<Localizer_Impl> localizer{new Localizer_Impl};
 };
 
-PublishedOnce<LocalizerOfProcess> gsLocalizer;
+constinit YBase::PublishedOnce<LocalizerOfProcess> gsLocalizer;
 
 }  // namespace
 

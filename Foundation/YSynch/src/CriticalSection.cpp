@@ -9,7 +9,6 @@
 namespace YSynch {
 
 CriticalSection::CriticalSection(EnumORBLockStackCategory category) noexcept : mCategory(category) {
-  Check(pthread_mutex_init(&mMutex, nullptr));
   Join();
 }
 

@@ -20,16 +20,9 @@ void FinishInChild() YSYNCH_NO_THREAD_SAFETY_ANALYSIS {
   gsForkGate.FinishInChild();
 }
 
-void RegisterHandlers() noexcept {
-  [[maybe_unused]] static const bool sbRegistered = [] {
-    Check(pthread_atfork(Prepare, FinishInParent, FinishInChild));
-    return true;
-  }();
-}
-
-// With the first lock, and at load at the latest. Handlers that others register later, and that may take
-// locks of this library, then run while none is held here, before and after the fork.
-[[maybe_unused]] const bool gsbRegisteredAtLoad = (RegisterHandlers(), true);
+// At load at the latest. Handlers that others register later, and that may take locks of this library, then
+// run while none is held here, before and after the fork.
+[[maybe_unused]] const bool gsbRegisteredAtLoad = (gsForkGate.RegisterHandlers(), true);
 
 }  // namespace
 
@@ -47,6 +40,13 @@ void ForkParticipant::Join() noexcept {
 }
 void ForkParticipant::Leave() noexcept {
   gsForkGate.Remove(*this);
+}
+
+/// With the first lock or participant, which may be made before the static objects of this file.
+void ForkGate::RegisterHandlers() noexcept {
+  const MutexLock guard(mMutex);
+  if (std::exchange(mbHandlersAreRegistered, true)) return;
+  Check(pthread_atfork(YSynch::Prepare, YSynch::FinishInParent, YSynch::FinishInChild));
 }
 
 void ForkGate::Add(ForkSafeLock& lock) noexcept {

@@ -24,6 +24,7 @@ class ForkGate {
  public:
   constexpr ForkGate() noexcept = default;
 
+  void RegisterHandlers() noexcept;
   void Add(ForkSafeLock& lock) noexcept;
   void Remove(ForkSafeLock& lock) noexcept;
   void Add(ForkParticipant& participant) noexcept;
@@ -47,6 +48,7 @@ class ForkGate {
   // Also held over the fork itself, so that no lock is made or destroyed meanwhile.
   Mutex mMutex;
   pthread_cond_t mUnpinned = PTHREAD_COND_INITIALIZER;
+  bool mbHandlersAreRegistered YSYNCH_GUARDED_BY(mMutex) = false;
   ForkSafeLock* mpLocks YSYNCH_GUARDED_BY(mMutex) = nullptr;
   ForkParticipant* mpParticipants YSYNCH_GUARDED_BY(mMutex) = nullptr;
   // What the forking thread uses without holding the mutex, and what must therefore not go away.

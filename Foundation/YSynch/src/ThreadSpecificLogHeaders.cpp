@@ -1,10 +1,10 @@
 #include <YSynch/ThreadSpecificLogHeaders.h>
 
+#include <YBase/NeverDestroyed.h>
+
 #include <utility>
 
 #include <YSynch/CriticalSection.h>
-
-#include "NeverDestroyed.h"
 
 namespace YSynch {
 namespace {
@@ -20,6 +20,8 @@ class Callback {
 
   void Deregister() noexcept { Replace(nullptr); }
 
+  void JoinForks() noexcept { mLock.JoinForks(); }
+
   std::shared_ptr<const Function> Take() const noexcept {
     const CriticalSection::SmartLock lock(mLock);
     return mpFunction;
@@ -32,7 +34,7 @@ class Callback {
     mpFunction.swap(function);
   }
 
-  mutable CriticalSection mLock{LOCK_STACK_CATEGORY_CLASS};
+  mutable CriticalSection mLock{LOCK_STACK_CATEGORY_CLASS, CriticalSection::JoinsForksLater()};
   std::shared_ptr<const Function> mpFunction YSYNCH_GUARDED_BY(mLock);
 };
 
@@ -40,54 +42,54 @@ struct Callbacks {
   Callback<ThreadSpecificLogHeadersGetter> mGetter;
   Callback<ThreadSpecificLogHeadersSetter> mSetter;
   Callback<ThreadSpecificLogHeadersUnsetter> mUnsetter;
+
+  void JoinForks() noexcept {
+    mGetter.JoinForks();
+    mSetter.JoinForks();
+    mUnsetter.JoinForks();
+  }
 };
 
-Callbacks& Registered() noexcept {
-  static NeverDestroyed<Callbacks> callbacks;
-  return *callbacks;
-}
-
-// Made at load, because a local static that one thread is making while another forks stays half made in the
-// child.
-[[maybe_unused]] const Callbacks& gsMadeAtLoad = Registered();
+constinit YBase::NeverDestroyed<Callbacks> gsCallbacks;
+[[maybe_unused]] const bool gsbJoinedForks = (gsCallbacks->JoinForks(), true);
 
 }  // namespace
 
 void RegisterThreadSpecificLogHeadersGetter(ThreadSpecificLogHeadersGetter getter) {
-  Registered().mGetter.Register(std::move(getter));
+  gsCallbacks->mGetter.Register(std::move(getter));
 }
 
 void RegisterThreadSpecificLogHeadersSetter(ThreadSpecificLogHeadersSetter setter) {
-  Registered().mSetter.Register(std::move(setter));
+  gsCallbacks->mSetter.Register(std::move(setter));
 }
 
 void RegisterThreadSpecificLogHeadersUnsetter(ThreadSpecificLogHeadersUnsetter unsetter) {
-  Registered().mUnsetter.Register(std::move(unsetter));
+  gsCallbacks->mUnsetter.Register(std::move(unsetter));
 }
 
 void DeregisterThreadSpecificLogHeadersGetter() noexcept {
-  Registered().mGetter.Deregister();
+  gsCallbacks->mGetter.Deregister();
 }
 
 void DeregisterThreadSpecificLogHeadersSetter() noexcept {
-  Registered().mSetter.Deregister();
+  gsCallbacks->mSetter.Deregister();
 }
 
 void DeregisterThreadSpecificLogHeadersUnsetter() noexcept {
-  Registered().mUnsetter.Deregister();
+  gsCallbacks->mUnsetter.Deregister();
 }
 
 std::shared_ptr<YLog::ThreadSpecificLogHeaders> GetThreadSpecificLogHeaders() {
-  const auto getter = Registered().mGetter.Take();
+  const auto getter = gsCallbacks->mGetter.Take();
   return getter != nullptr ? (*getter)() : nullptr;
 }
 
 void SetThreadSpecificLogHeaders(YLog::ThreadSpecificLogHeaders* headers) {
-  if (const auto setter = Registered().mSetter.Take()) (*setter)(headers);
+  if (const auto setter = gsCallbacks->mSetter.Take()) (*setter)(headers);
 }
 
 void UnsetThreadSpecificLogHeaders() {
-  if (const auto unsetter = Registered().mUnsetter.Take()) (*unsetter)();
+  if (const auto unsetter = gsCallbacks->mUnsetter.Take()) (*unsetter)();
 }
 
 }  // namespace YSynch

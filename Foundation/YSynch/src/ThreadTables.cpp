@@ -1,5 +1,7 @@
 #include "ThreadTables.h"
 
+#include <YBase/NeverDestroyed.h>
+
 #include <algorithm>
 #include <memory>
 #include <new>
@@ -7,25 +9,23 @@
 #include <utility>
 
 #include "IntrusiveList.h"
-#include "NeverDestroyed.h"
 
 namespace YSynch {
 namespace {
 
-// Made at load, because a local static that one thread is making while another forks stays half made in the
-// child.
-[[maybe_unused]] const ThreadTables& gsMadeAtLoad = ThreadTables::Get();
+constinit YBase::NeverDestroyed<ThreadTables> gsThreadTables;
+[[maybe_unused]] const bool gsbJoinedForks = (gsThreadTables->JoinForks(), true);
 
 }  // namespace
 
 constinit thread_local ThreadTables::Table* ThreadTables::spOwn = nullptr;
 
 ThreadTables& ThreadTables::Get() noexcept {
-  static NeverDestroyed<ThreadTables> tables;
-  return *tables;
+  return *gsThreadTables;
 }
 
-ThreadTables::ThreadTables() noexcept : mLock(LOCK_STACK_CATEGORY_CLASS) {
+void ThreadTables::JoinForks() noexcept {
+  mLock.JoinForks();
   Join();
 }
 

@@ -18,10 +18,12 @@ namespace YSynch {
 /// changes under the lock, because a storage that is destroyed takes its values out of all of them.
 class ThreadTables final : private ForkParticipant {
  public:
-  /// The one of the process, never destroyed.
+  /// The one of the process, ready before any code has run and never destroyed.
   static ThreadTables& Get() noexcept;
 
-  ThreadTables() noexcept;
+  constexpr ThreadTables() noexcept = default;
+  /// To be called once, by a static object.
+  void JoinForks() noexcept;
 
   /// Failure: `std::bad_alloc`; `std::system_error` when the system has no thread-specific key left.
   std::size_t TakeSlot();
@@ -57,7 +59,7 @@ class ThreadTables final : private ForkParticipant {
   // Reached without a call, as `HeldLocks`.
   [[gnu::tls_model("initial-exec")]] static constinit thread_local Table* spOwn;
 
-  CriticalSection mLock;
+  CriticalSection mLock{LOCK_STACK_CATEGORY_CLASS, CriticalSection::JoinsForksLater()};
   // Created with the first storage and kept for good: threads that end later still need it.
   pthread_key_t mKey YSYNCH_GUARDED_BY(mLock){};
   bool mbKeyExists YSYNCH_GUARDED_BY(mLock) = false;

@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <YBase/NeverDestroyed.h>
 #include <YSynch/CriticalSection.h>
 #include <YSynch/ForkParticipant.h>
 #include <YSynch/RWLock.h>
@@ -144,6 +145,27 @@ TEST_F(Fork, ReadersAreWaitedForAndGoneInTheChild) {
       { const RWLock::WriteSmartLock guard(lock); }
       { const RWLock::ReadSmartLock guard(lock); }
       const RWLock::WriteSmartLock guard(lock);
+      return true;
+    }));
+  }
+}
+
+constinit YBase::NeverDestroyed<CriticalSection> gsStaticSection(YSynch::LOCK_STACK_CATEGORY_CLASS,
+                                                                 CriticalSection::JoinsForksLater());
+[[maybe_unused]] const bool gsbJoinedForks = (gsStaticSection->JoinForks(), true);
+constinit bool gsbTakenBeforeStaticObjects = false;
+
+[[gnu::constructor(102)]] void TakeBeforeStaticObjects() {
+  const CriticalSection::SmartLock lock(*gsStaticSection);
+  gsbTakenBeforeStaticObjects = true;
+}
+
+TEST_F(Fork, ChildTakesALockThatIsThereBeforeStaticObjects) {
+  EXPECT_TRUE(gsbTakenBeforeStaticObjects);
+  const BusyThreads others(2, [] { const CriticalSection::SmartLock lock(*gsStaticSection); });
+  for (int i = 0; i != 50; ++i) {
+    ASSERT_TRUE(SucceedsInChild([] {
+      const CriticalSection::SmartLock lock(*gsStaticSection);
       return true;
     }));
   }

@@ -13,7 +13,9 @@
 #include <YBase/Message.h>
 #include <YBase/MessageCursor.h>
 #include <YBase/ModuleMainPtr.h>
+#include <YBase/NeverDestroyed.h>
 #include <YBase/NumberText.h>
+#include <YBase/PublishedOnce.h>
 #include <YBase/ReferenceCounted.h>
 #include <YBase/ReturnString.h>
 #include <YBase/SignalGuard.h>

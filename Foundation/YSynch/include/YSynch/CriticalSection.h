@@ -22,8 +22,13 @@ class HeldLocks;
 class YSYNCH_EXPORT YSYNCH_CAPABILITY("critical section") CriticalSection final : private ForkSafeLock {
  public:
   class SmartLock;
+  struct JoinsForksLater {};
 
   explicit CriticalSection(EnumORBLockStackCategory category) noexcept;
+  /// For static storage: constant-initialised, so that it can be taken before any code of the library has
+  /// run.
+  constexpr CriticalSection(EnumORBLockStackCategory category, JoinsForksLater) noexcept
+      : mCategory(category) {}
   ~CriticalSection() override;
 
   /// Waits without a bound.
@@ -31,6 +36,10 @@ class YSYNCH_EXPORT YSYNCH_CAPABILITY("critical section") CriticalSection final 
   /// \pre The calling thread holds it.
   void Unlock() noexcept YSYNCH_RELEASE();
   bool TryLock() noexcept YSYNCH_TRY_ACQUIRE(true);
+
+  /// Makes forks wait for a lock that joins them later. For a static object of the same source file to call,
+  /// once, while the program or the shared object is loaded. \pre No thread has the lock.
+  void JoinForks() noexcept { Join(); }
 
   EnumORBLockStackCategory GetCategory() const noexcept { return mCategory; }
 
@@ -41,7 +50,7 @@ class YSYNCH_EXPORT YSYNCH_CAPABILITY("critical section") CriticalSection final 
   void UnlockInChild() noexcept override;
 
   const EnumORBLockStackCategory mCategory;
-  pthread_mutex_t mMutex;
+  pthread_mutex_t mMutex = PTHREAD_MUTEX_INITIALIZER;
   // Stands for the thread that holds it. Relaxed: a thread only ever asks whether it is itself the owner, and
   // only it can have written that.
   std::atomic<const HeldLocks*> mpOwner{nullptr};

@@ -22,7 +22,7 @@ class YSYNCH_EXPORT ForkParticipant {
   ForkParticipant& operator=(const ForkParticipant&) = delete;
 
  protected:
-  ForkParticipant() = default;
+  constexpr ForkParticipant() noexcept = default;
   virtual ~ForkParticipant();
 
   /// The last thing that the constructor of the final class does: calls may come from now on.

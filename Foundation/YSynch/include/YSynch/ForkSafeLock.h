@@ -21,7 +21,7 @@ class YSYNCH_EXPORT ForkSafeLock {
   ForkSafeLock& operator=(const ForkSafeLock&) = delete;
 
  protected:
-  ForkSafeLock() = default;
+  constexpr ForkSafeLock() noexcept = default;
   virtual ~ForkSafeLock();
 
   /// The last thing that the constructor of the final class does: a fork may take the lock from now on.

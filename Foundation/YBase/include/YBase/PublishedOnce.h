@@ -3,10 +3,10 @@
 #include <atomic>
 #include <memory>
 
-namespace YResource {
+namespace YBase {
 
-/// A place for an object that whoever needs it first makes, and that is never destroyed: threads may use it
-/// while the process ends.
+/// A place for an object that is made by the first thread that needs it, and never destroyed: threads may use
+/// it while the process ends.
 ///
 /// Without a lock, because a child of a fork could inherit it taken. Threads that come together each make
 /// one; the first to finish wins, and the others throw theirs away.
@@ -18,7 +18,7 @@ class PublishedOnce {
   PublishedOnce& operator=(const PublishedOnce&) = delete;
 
   T& Get() {
-    // Acquire: whoever sees the pointer sees what it points to.
+    // Acquire: a thread that sees the pointer sees what it points to.
     if (T* published = mpPublished.load(std::memory_order_acquire)) return *published;
     auto own = std::make_unique<T>();
     T* first = nullptr;
@@ -31,4 +31,4 @@ class PublishedOnce {
   std::atomic<T*> mpPublished{nullptr};
 };
 
-}  // namespace YResource
+}  // namespace YBase
