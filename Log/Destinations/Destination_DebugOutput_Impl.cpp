@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include <YBase/CancellationGuard.h>
 #include <YBase/SignalGuard.h>
 #include <YLog/MessageHeader.h>
 
@@ -31,6 +32,8 @@ void Destination_DebugOutput_Impl::LogMessage(const char* text) const {
 }
 
 void Destination_DebugOutput_Impl::Write(std::string_view text) const {
+  // A record that has been begun is finished.
+  const YBase::CancellationGuard cancellationGuard;
   const YSynch::CriticalSection::SmartLock lock(*mpLock);
   // Standard error may be a pipe whose reader is gone: that is no reason for the host to die.
   const YBase::SignalGuard guard(SIGPIPE);

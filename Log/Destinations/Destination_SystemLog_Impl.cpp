@@ -5,6 +5,7 @@
 #include <cassert>
 #include <iterator>
 
+#include <YBase/CancellationGuard.h>
 #include <YLog/MessageHeader.h>
 
 namespace YLog {
@@ -43,6 +44,7 @@ Destination_SystemLog_Impl::Destination_SystemLog_Impl()
       mpConnectionLock(YSynch::CreateRWLock(YSynch::LOCK_STACK_CATEGORY_OBJECT)) {}
 
 Destination_SystemLog_Impl::~Destination_SystemLog_Impl() {
+  const YBase::CancellationGuard cancellationGuard;
   const YSynch::CriticalSection::SmartLock lock(*mpLock);
   const YSynch::RWLock::WriteSmartLock connectionLock(*mpConnectionLock);
   UnregisterApplicationName();
@@ -60,6 +62,7 @@ void Destination_SystemLog_Impl::LogMessage(const char* text, MessageSeverity se
                                             unsigned /*messageID*/) const {
   assert(text != nullptr);
   if (text == nullptr) return;
+  const YBase::CancellationGuard cancellationGuard;
   RegisterDefaultNameIfNone();
   const YSynch::RWLock::ReadSmartLock lock(*mpConnectionLock);
   ::syslog(PriorityOf(severity), "%s", text);
@@ -68,6 +71,7 @@ void Destination_SystemLog_Impl::LogMessage(const char* text, MessageSeverity se
 void Destination_SystemLog_Impl::SetApplicationName(const char* name) {
   assert(name != nullptr);
   if (name == nullptr) return;
+  const YBase::CancellationGuard cancellationGuard;
   const YSynch::CriticalSection::SmartLock lock(*mpLock);
   if (name != mApplicationName) RegisterApplicationName(name);
 }

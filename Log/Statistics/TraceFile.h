@@ -4,13 +4,14 @@
 #include <cstdio>
 #include <string>
 
+#include <YBase/CancellationGuard.h>
 #include <YBase/SignalGuard.h>
 
 namespace YLog {
 
 /// The text file that statistics are printed to. Replaced when it is opened; programs that this process
 /// starts do not inherit it. While one exists, a limit on the size of files and a pipe that nobody reads do
-/// not end the host: they are failures like any other.
+/// not end the host: they are failures like any other. A cancellation of the thread takes effect afterwards.
 ///
 /// Threads: belongs to one.
 class TraceFile {
@@ -27,6 +28,7 @@ class TraceFile {
   bool Close() noexcept;
 
  private:
+  const YBase::CancellationGuard mCancellationGuard;
   const YBase::SignalGuard mSizeGuard{SIGXFSZ};
   const YBase::SignalGuard mPipeGuard{SIGPIPE};
   std::FILE* mpFile;

@@ -18,4 +18,18 @@ bool IsCancelled(Function function) {
   return pthread_join(thread, &result) == 0 && result == PTHREAD_CANCELED;
 }
 
+/// Runs a function in a thread that has been cancelled before, and tells whether the cancellation waited
+/// until the function returned.
+template <class Function>
+bool FinishesBeforeItIsCancelled(Function function) {
+  bool finished = false;
+  const bool cancelled = IsCancelled([&] {
+    pthread_cancel(pthread_self());
+    function();
+    finished = true;
+    pthread_testcancel();
+  });
+  return finished && cancelled;
+}
+
 }  // namespace Support

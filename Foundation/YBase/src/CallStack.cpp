@@ -1,4 +1,5 @@
 #include <YBase/CallStack.h>
+#include <YBase/CancellationGuard.h>
 
 #include <algorithm>
 #include <array>
@@ -67,6 +68,8 @@ const wchar_t* CallStack::GetFrameDescription(unsigned index) const noexcept {
 }
 
 CallStack CreateCallStack() {
+  // Files are read by way of functions of C, through which no exception may pass, nor a cancellation.
+  const CancellationGuard cancellationGuard;
   std::array<std::uintptr_t, MAX_FRAME_COUNT + 1> storage;
   const std::size_t count = StackFrames::GetAddresses(storage);
   const bool isCut = count == storage.size();

@@ -1,3 +1,4 @@
+#include <YBase/CancellationGuard.h>
 #include <YBase/SignalGuard.h>
 
 #include <cerrno>
@@ -33,6 +34,8 @@ SignalGuard::SignalGuard(int signalNumber) noexcept : mSignalNumber(signalNumber
 }
 
 SignalGuard::~SignalGuard() {
+  // Taking a signal away is a place where a cancellation takes effect, and a destructor must not be left so.
+  const CancellationGuard cancellationGuard;
   const int error = errno;
   // One that waited before and one raised meanwhile are one: a pending signal is not counted.
   if (!mbWasPending) Platform::ConsumePendingSignal(mSignalNumber);

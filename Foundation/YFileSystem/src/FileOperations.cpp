@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <limits>
 
+#include <YBase/CancellationGuard.h>
+
 #include "Platform.h"
 
 namespace YFileSystem {
@@ -20,7 +22,11 @@ class SystemFileOperations final : public FileOperations {
   constexpr SystemFileOperations() noexcept = default;
 
   int Open(const char* path, int flags, mode_t mode) noexcept override { return ::open(path, flags, mode); }
-  int Close(int descriptor) noexcept override { return ::close(descriptor); }
+  int Close(int descriptor) noexcept override {
+    // Files are also closed by destructors and in forks, where no cancellation may take effect.
+    const YBase::CancellationGuard cancellationGuard;
+    return ::close(descriptor);
+  }
   int Lock(int descriptor, int operation) noexcept override { return ::flock(descriptor, operation); }
   ssize_t ReadAt(int descriptor, char* buffer, std::size_t count, std::uint64_t position) noexcept override {
     return ::pread(descriptor, buffer, count, static_cast<off_t>(position));

@@ -21,7 +21,8 @@ inline constexpr mode_t NEW_FILE_MODE = S_IRUSR | S_IWUSR | S_IRGRP;
 ///
 /// Ownership: whoever replaces the current operations keeps the new ones alive while they are current.
 ///
-/// Threads: any; replaced ones may still be called by a thread that was on its way to them.
+/// Threads: any; replaced ones may still be called by a thread that was on its way to them. All calls but
+/// `Close` expect a thread that cannot be cancelled (`YBase::CancellationGuard`).
 ///
 /// Failure: as the system's: -1 is returned, and `errno` says why. An interrupted call is not repeated here.
 class FileOperations {

@@ -1,5 +1,6 @@
 #include "FolderBundle_Impl.h"
 
+#include <YBase/CancellationGuard.h>
 #include <YBase/ExceptionImpl.h>
 #include <YBase/Message.h>
 #include <YBase/TextConversion.h>
@@ -24,6 +25,8 @@ std::size_t CountTexts(const std::vector<Catalogue>& catalogues) {
 
 std::vector<Catalogue> ReadFolder(const wchar_t* folder, CatalogueFaults& faults) {
   assert(folder != nullptr);
+  // Otherwise a cancellation could take effect in a destructor that closes a file.
+  const YBase::CancellationGuard cancellationGuard;
   return ReadCatalogueFolder(YBase::WideCharToUTF8(folder), faults);
 }
 

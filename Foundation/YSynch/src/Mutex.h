@@ -1,5 +1,6 @@
 #pragma once
 
+#include <YBase/CancellationGuard.h>
 #include <pthread.h>
 
 #include <YSynch/ThreadAnnotations.h>
@@ -20,6 +21,7 @@ class YSYNCH_CAPABILITY("mutex") Mutex {
   void Unlock() noexcept YSYNCH_RELEASE() { Check(pthread_mutex_unlock(&mMutex)); }
   /// Gives it back, sleeps until the condition is signalled, and takes it again.
   void Wait(pthread_cond_t& condition) noexcept YSYNCH_REQUIRES(this) {
+    const YBase::CancellationGuard cancellationGuard;
     Check(pthread_cond_wait(&condition, &mMutex));
   }
 

@@ -14,6 +14,7 @@
 
 #include "CallStackText.h"
 #include "NewProcess.h"
+#include "support/CancelledThread.h"
 
 // Functions of a client, each of which does something after its call. They are exported, as the way of taking
 // stacks without debug information finds no other names.
@@ -130,6 +131,14 @@ TEST(CallStack, ShowsAFunctionThatTheLibraryCallsAndTheLibraryBehindIt) {
   };
   ASSERT_NE(find("orders::Format()"), frames.end());
   EXPECT_LT(find("YBase::FormatMessage("), find("orders::Format()"));
+}
+
+TEST(CallStack, IsTakenByACancelledThreadAsTheFirstOfTheProcess) {
+  RunInNewProcess([] {
+    YBase::CallStack stack;
+    EXPECT_TRUE(Support::FinishesBeforeItIsCancelled([&stack] { stack = YBase::CreateCallStack(); }));
+    EXPECT_GT(stack.GetFrameCount(), YBase::CallStack::LIBRARY_FRAME_COUNT);
+  });
 }
 
 TEST(CallStack, IsTheSameFromTheSamePlace) {

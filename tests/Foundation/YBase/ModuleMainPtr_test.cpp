@@ -7,6 +7,8 @@
 #include <thread>
 #include <vector>
 
+#include "support/CancelledThread.h"
+
 namespace {
 
 class Service {
@@ -47,6 +49,15 @@ Service_Impl::~Service_Impl() {
   --gsAlive;
   gsSeenWhileDestroyed = gsServicePtr.Get();
 }
+
+/// Takes the word away from start and stop as long as it exists.
+class HeldWord {
+ public:
+  HeldWord() { gsServicePtr.LockForFork(); }
+  ~HeldWord() { gsServicePtr.UnlockAfterFork(); }
+  HeldWord(const HeldWord&) = delete;
+  HeldWord& operator=(const HeldWord&) = delete;
+};
 
 class ModuleMainPtr : public testing::Test {
  protected:
@@ -109,6 +120,25 @@ TEST_F(ModuleMainPtr, IsNullAlreadyWhileTheObjectIsDestroyed) {
   gsServicePtr.Finalize();
   ASSERT_TRUE(gsSeenWhileDestroyed.has_value());
   EXPECT_EQ(*gsSeenWhileDestroyed, nullptr);
+}
+
+TEST_F(ModuleMainPtr, StartsInACancelledThreadThatHasToWait) {
+  std::optional<HeldWord> word(std::in_place);
+  std::atomic<bool> begins{false};
+  bool finished = false;
+  std::thread thread([&] {
+    finished = Support::FinishesBeforeItIsCancelled([&] {
+      begins = true;
+      gsServicePtr.Initialize();
+    });
+  });
+  while (!begins) std::this_thread::yield();
+  // Time to come to the wait; without it, the test would only see less.
+  for (int i = 0; i != 1'000; ++i) std::this_thread::yield();
+  word.reset();
+  thread.join();
+  EXPECT_TRUE(finished);
+  gsServicePtr.Finalize();
 }
 
 TEST_F(ModuleMainPtr, RefusesAStopTooManyInDebugBuilds) {

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/CancelledThread.h"
+
 namespace {
 
 constinit std::atomic<int> gsHandlerCalls{0};
@@ -154,6 +156,10 @@ TEST_F(SignalGuard, KeepsTheErrorNumber) {
     errno = EDOM;
   }
   EXPECT_EQ(errno, EDOM);
+}
+
+TEST_F(SignalGuard, EndsInACancelledThread) {
+  EXPECT_TRUE(Support::FinishesBeforeItIsCancelled([] { const YBase::SignalGuard guard(SIGPIPE); }));
 }
 
 TEST_F(SignalGuard, LeavesOtherSignalsAlone) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "support/CancelledThread.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
@@ -55,6 +56,13 @@ class FolderBundle : public testing::Test {
 
   Support::TemporaryDirectory mFolder;
 };
+
+TEST_F(FolderBundle, IsReadInACancelledThread) {
+  WriteNeutral(R"("1": "order %1")");
+  YBase::SmartPtrI<YResource::FolderBundle> bundle;
+  EXPECT_TRUE(Support::FinishesBeforeItIsCancelled([&] { bundle = Open(); }));
+  EXPECT_EQ(bundle->GetString(1, 0, ""), "order %1");
+}
 
 TEST_F(FolderBundle, GivesTheTextsOfItsFiles) {
   WriteNeutral(R"("1": "order %1", "0x0000012C": "full")");

@@ -1,3 +1,4 @@
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -18,12 +19,15 @@
 #include <YSynch/RWLock.h>
 
 #include "support/BusyThreads.h"
+#include "support/CancelledThread.h"
 #include "support/ForkedThread.h"
 #include "support/WaitingThread.h"
 
 namespace {
 
 using Support::BusyThreads;
+using Support::FinishesBeforeItIsCancelled;
+using Support::IsWaitingInSystemCall;
 using Support::IsWaitingOn;
 using Support::SucceededChild;
 using Support::SucceedsInChild;
@@ -271,6 +275,44 @@ TEST_F(Fork, LockIsNotDestroyedWhileAForkWaitsForIt) {
     locked.wait();
     EXPECT_TRUE(SucceedsInChild([] { return true; }));
   }
+}
+
+TEST_F(Fork, IsLetPassByACancelledThread) {
+  CriticalSection awaited(YSynch::LOCK_STACK_CATEGORY_OBJECT);
+  CriticalSection other(YSynch::LOCK_STACK_CATEGORY_OBJECT);
+  std::latch locked(1);
+  bool finished = false;
+  const Companion holder([&, forkingThread = ThreadID()] {
+    const CriticalSection::SmartLock lock(awaited);
+    locked.count_down();
+    while (!IsWaitingOn(forkingThread, &awaited, sizeof(awaited))) std::this_thread::yield();
+    finished = FinishesBeforeItIsCancelled([&] { const CriticalSection::SmartLock second(other); });
+  });
+  locked.wait();
+  EXPECT_TRUE(SucceedsInChild([] { return true; }));
+  EXPECT_TRUE(finished);
+}
+
+TEST_F(Fork, TellsAParticipantThatACancelledThreadDestroys) {
+  std::latch begun(1);
+  std::atomic<pid_t> destroying = 0;
+  auto participant = std::make_unique<Participant>([&](Call call) {
+    if (call != Call::BEFORE) return;
+    begun.count_down();
+    while (!IsWaitingInSystemCall(destroying, SYS_futex)) std::this_thread::yield();
+  });
+  bool finished = false;
+  {
+    const Companion destroyer([&] {
+      begun.wait();
+      finished = FinishesBeforeItIsCancelled([&] {
+        destroying = ThreadID();
+        participant.reset();
+      });
+    });
+    EXPECT_TRUE(SucceedsInChild([] { return true; }));
+  }
+  EXPECT_TRUE(finished);
 }
 
 TEST_F(Fork, ParticipantIsNotDestroyedWhileItIsTold) {

@@ -1,4 +1,6 @@
 #include <pthread.h>
+#include <sys/types.h>
+#include <unistd.h>
 
 #include <string>
 
@@ -13,6 +15,7 @@
 #include "support/CancelledThread.h"
 #include "support/FileLock.h"
 #include "support/FileOperationsWrapper.h"
+#include "support/ForkedThread.h"
 #include "support/New.h"
 #include "support/ReadFile.h"
 #include "support/TemporaryDirectory.h"
@@ -51,7 +54,7 @@ class CancelledWriter : public testing::Test {
   const Support::TemporaryDirectory mDirectory;
   CancellingOperations mOperations;
   const YBase::SmartPtrI<YLog::MessageHeader> mHeader = YLog::CreateMessageHeader();
-  const YBase::SmartPtrI<YLog::Destination_DiskFile_Impl> mDestination =
+  YBase::SmartPtrI<YLog::Destination_DiskFile_Impl> mDestination =
       Support::New<YLog::Destination_DiskFile_Impl>(Path("a.log").c_str());
 };
 
@@ -63,6 +66,20 @@ TEST_F(CancelledWriter, FinishesItsRecordFirst) {
   }));
   EXPECT_THAT(Support::ReadFile(mDirectory.Path() / "a.log"), testing::EndsWith(" text\n"));
   EXPECT_TRUE(Support::IsFree(mDirectory.Path() / "a.log"));
+}
+
+TEST_F(CancelledWriter, ReleasesTheDestination) {
+  mDestination->LogMessage("text", *mHeader);
+  EXPECT_TRUE(Support::FinishesBeforeItIsCancelled([this] { mDestination = nullptr; }));
+}
+
+TEST_F(CancelledWriter, Forks) {
+  pid_t child = -1;
+  EXPECT_TRUE(Support::FinishesBeforeItIsCancelled([&child] {
+    child = fork();
+    if (child == 0) _exit(0);
+  }));
+  EXPECT_TRUE(Support::SucceededChild(child));
 }
 
 TEST_F(CancelledWriter, FinishesTheChangeOfThePathFirst) {

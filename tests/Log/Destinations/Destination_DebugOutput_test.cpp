@@ -15,6 +15,7 @@
 #include <YLog/Initializer.h>
 #include <YLog/MessageHeader.h>
 
+#include "support/CancelledThread.h"
 #include "support/ReadFile.h"
 #include "support/TemporaryDirectory.h"
 
@@ -77,6 +78,15 @@ TEST_F(DebugOutput, KeepsTheRecordsOfSeveralThreadsApart) {
   const std::vector<std::string> lines = Support::Lines(output);
   ASSERT_EQ(lines.size(), 800U);
   for (const std::string& line : lines) EXPECT_EQ(line, std::string(300, line.front()));
+}
+
+TEST_F(DebugOutput, FinishesTheRecordOfACancelledThread) {
+  bool finished = false;
+  EXPECT_EQ(CapturedFrom([&] {
+              finished = Support::FinishesBeforeItIsCancelled([this] { mOutput->LogMessage("text"); });
+            }),
+            "text\n");
+  EXPECT_TRUE(finished);
 }
 
 TEST_F(DebugOutput, SurvivesAStandardErrorWhoseReaderIsGone) {

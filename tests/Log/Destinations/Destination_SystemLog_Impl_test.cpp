@@ -20,6 +20,7 @@
 
 #include "Log/Destinations/SystemLogCalls.h"
 #include "support/BlockedThread.h"
+#include "support/CancelledThread.h"
 #include "support/ChildProcess.h"
 #include "support/New.h"
 #include "support/WaitUntil.h"
@@ -160,6 +161,19 @@ TEST_F(SystemLogCalls, EndWhenTheDestinationGoes) {
   mLog->SetApplicationName("orders");
   mLog = nullptr;
   EXPECT_THAT(Calls(), ElementsAre("openlog(orders, 2, 8)", "closelog()"));
+}
+
+TEST_F(SystemLogCalls, AreFinishedByACancelledThread) {
+  // As those of the C library, each of these is a place where a cancellation takes effect.
+  mCalls.OnCall([](const std::string&) { pthread_testcancel(); });
+  EXPECT_TRUE(Support::FinishesBeforeItIsCancelled([this] {
+    Log();
+    mLog->SetApplicationName("orders");
+    mLog = nullptr;
+  }));
+  mCalls.OnCall(nullptr);
+  EXPECT_THAT(Calls(), ElementsAre(REGISTERS_DEFAULT, "syslog(14, %s, text) as Vellatorquine Application",
+                                   "closelog()", "openlog(orders, 2, 8)", "closelog()"));
 }
 
 TEST_F(SystemLogCalls, AreNoneForADestinationThatWasNotUsed) {

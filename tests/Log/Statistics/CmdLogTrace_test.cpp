@@ -13,6 +13,7 @@
 
 #include <YLog/CmdLogTrace.h>
 
+#include "support/CancelledThread.h"
 #include "support/ReadFile.h"
 #include "support/TemporaryDirectory.h"
 
@@ -200,6 +201,14 @@ TEST_F(CmdLogTrace, SaysThatAFileNameIsNotASCIIAndKeepsTheSnapshots) {
   EXPECT_TRUE(std::filesystem::is_empty(mFolder.Path()));
   mTrace.SetOutputFileName(mFolder.Wide("commands.txt").c_str());
   EXPECT_EQ(Print(), "0/0(0.00%)\t\t\n");
+}
+
+TEST_F(CmdLogTrace, IsPrintedByACancelledThread) {
+  mTrace.CollectLogTrace();
+  unsigned result = LogTrace::PRINT_FAILED;
+  EXPECT_TRUE(Support::FinishesBeforeItIsCancelled([&] { result = mTrace.PrintAllLogTrace(); }));
+  EXPECT_EQ(result, 0U);
+  EXPECT_EQ(ReadFile(mFolder.Path() / "commands.txt"), "0/0(0.00%)\t\t\n");
 }
 
 TEST_F(CmdLogTrace, SaysThatADiskIsFullAndDiscardsTheSnapshots) {

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cassert>
 
+#include <YBase/CancellationGuard.h>
 #include <YBase/ExceptionImpl.h>
 #include <YBase/Message.h>
 
@@ -71,6 +72,8 @@ class ModuleMainPtr {
   };
 
   void Spin() noexcept {
+    // A cancellation takes effect in a sleep of any length.
+    const CancellationGuard cancellationGuard;
     // Acquire: what the last holder did to the count and the object is seen by this one.
     // NOLINTNEXTLINE(concurrency-mt-unsafe): 0 seconds set no timer, which is what is shared.
     while (mSpin.exchange(TAKEN, std::memory_order_acquire) == TAKEN) ::sleep(0);
