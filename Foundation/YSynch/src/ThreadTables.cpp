@@ -3,10 +3,15 @@
 #include <YBase/NeverDestroyed.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <memory>
 #include <new>
+#include <string>
 #include <system_error>
 #include <utility>
+
+#include <YBase/ExceptionImpl.h>
+#include <YBase/Message.h>
 
 #include "IntrusiveList.h"
 
@@ -29,14 +34,21 @@ void ThreadTables::JoinForks() noexcept {
   Join();
 }
 
+void ThreadTables::CreateKey() {
+  static constexpr const char* FUNCTION_NAME = "YSynch::CreateThreadLocalStorage";
+  const int error = pthread_key_create(&mKey, EndOfThread);
+  if (error == ENOMEM) throw std::bad_alloc();
+  if (error != 0) {
+    const std::string reason = std::generic_category().message(error);
+    throw YBase::ExceptionImpl<YBase::Message>(
+        (std::string(FUNCTION_NAME) + ": cannot create a key for values of threads: " + reason).c_str());
+  }
+  mbKeyExists = true;
+}
+
 std::size_t ThreadTables::TakeSlot() {
   const CriticalSection::SmartLock lock(mLock);
-  if (!mbKeyExists) {
-    if (const int error = pthread_key_create(&mKey, EndOfThread)) {
-      throw std::system_error(error, std::generic_category(), "YSynch::CreateThreadLocalStorage");
-    }
-    mbKeyExists = true;
-  }
+  if (!mbKeyExists) CreateKey();
   const auto free = std::find(mSlotsInUse.begin(), mSlotsInUse.end(), false);
   const auto slot = static_cast<std::size_t>(free - mSlotsInUse.begin());
   if (free == mSlotsInUse.end()) mSlotsInUse.push_back(false);

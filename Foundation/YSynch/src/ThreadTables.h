@@ -25,7 +25,8 @@ class ThreadTables final : private ForkParticipant {
   /// To be called once, by a static object.
   void JoinForks() noexcept;
 
-  /// Failure: `std::bad_alloc`; `std::system_error` when the system has no thread-specific key left.
+  /// Failure: `std::bad_alloc`; `YBase::ExceptionImpl<YBase::Message>` when the process has no
+  /// thread-specific key left.
   std::size_t TakeSlot();
   /// \pre No table holds a value there.
   void GiveSlotBack(std::size_t slot) noexcept;
@@ -51,6 +52,7 @@ class ThreadTables final : private ForkParticipant {
     Table* mpNext = nullptr;
   };
 
+  void CreateKey() YSYNCH_REQUIRES(mLock);
   void CreateTable() YSYNCH_REQUIRES(mLock);
   void Remove(Table& table) noexcept;
   void AfterForkInChild() noexcept override;

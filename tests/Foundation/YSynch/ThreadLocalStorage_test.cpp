@@ -1,3 +1,5 @@
+#include <YBase/ExceptionImpl.h>
+#include <YBase/Message.h>
 #include <YSynch/ThreadLocalStorage.h>
 
 #include <pthread.h>
@@ -8,6 +10,7 @@
 #include <functional>
 #include <latch>
 #include <memory>
+#include <string>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -259,10 +262,14 @@ void CreateStorageWithoutKeys() {
   for (pthread_key_t key = 0; pthread_key_create(&key, nullptr) == 0;) keys.push_back(key);
   try {
     YSynch::CreateThreadLocalStorage();
-  } catch (const std::system_error& error) {
+  } catch (const YBase::ExceptionImpl<YBase::Message>& failure) {
     pthread_key_delete(keys.back());
     const bool works = YSynch::CreateThreadLocalStorage() != nullptr;
-    std::_Exit(works && !keys.empty() && error.code() == std::errc::resource_unavailable_try_again ? 0 : 1);
+    const std::string reason = std::make_error_code(std::errc::resource_unavailable_try_again).message();
+    const bool isNamed =
+        failure.what() ==
+        "YSynch::CreateThreadLocalStorage: cannot create a key for values of threads: " + reason;
+    std::_Exit(works && !keys.empty() && isNamed ? 0 : 1);
   }
   std::_Exit(2);
 }

@@ -34,7 +34,8 @@ class YSYNCH_EXPORT ThreadLocalStorage {
   ThreadLocalStorage() = default;
 };
 
-/// Failure: `std::bad_alloc`; `std::system_error` when the system has no thread-specific key left.
+/// Failure: `std::bad_alloc`; `YBase::ExceptionImpl<YBase::Message>` when the process has no thread-specific
+/// key left.
 YSYNCH_EXPORT YBase::StrongPtr<ThreadLocalStorage> CreateThreadLocalStorage();
 
 }  // namespace YSynch
