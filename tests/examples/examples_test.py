@@ -104,17 +104,44 @@ class LogLines(InFolder):
 
 
 class HttpMasking(InFolder):
-    def test_logs_requests_without_their_passwords(self):
-        result = run("http_masking", folder=self.folder, text="""\
-{"user":"ann","password":"s3\\"cret","host":"h"}
-{"user":"bob"}
-{"password" : "", "command":"x"} <login user="eve" password="t0p" />
-""".encode())
+    def logged(self, request):
+        """The text of the one record that a run with this request leaves."""
+        log = self.folder / "requests.log"
+        log.unlink(missing_ok=True)
+        result = run("http_masking", folder=self.folder, text=request.encode())
         self.assertEqual((result.returncode, result.stderr), (0, b""))
-        self.assertEqual([record["text"] for record in records(self.folder / "requests.log")], [
-            '{"user":"ann","password":"***","host":"h"}',
-            '{"user":"bob"}',
-            '{"password" : "***", "command":"x"} <login user="eve" password="***" />'])
+        (record,) = records(log)
+        return record["text"]
+
+    def test_logs_a_request_as_it_is_but_for_its_password(self):
+        self.assertEqual(self.logged('{"user":"bob"}'), '{"user":"bob"}')
+        self.assertEqual(self.logged('{"user":"ann","password":"s3cret","host":"h"}'),
+                         '{"user":"ann","password":"***","host":"h"}')
+
+    def test_masks_members_and_attributes(self):
+        for request, expected in (
+            (r'{"password":"s3\"cret","host":"h"}', '{"password":"***","host":"h"}'),
+            ('{"password" : "", "command":"x"}', '{"password" : "***", "command":"x"}'),
+            ('<login user="eve" password="s3cret" />', '<login user="eve" password="***" />')):
+            self.assertEqual(self.logged(request), expected)
+
+    def test_masks_in_texts_whose_quotes_are_escaped(self):
+        for request, expected in (
+            (r'{"command":"<login user=\"eve\" password=\"s3cret\"/>"}',
+             '{"command":"<login user="eve" password="***"/>"}'),
+            (r'{"body":"{\"password\":\"s3\\\"cret\",\"host\":\"h\"}"}',
+             '{"body":"{"password":"***","host":"h"}"}'),
+            (r'{"body":"{\"command\":\"<login password=\\\"s3cret\\\"/>\"}"}',
+             '{"body":"{"command":"<login password="***"/>"}"}')):
+            self.assertEqual(self.logged(request), expected)
+
+    def test_masks_across_lines(self):
+        for request, expected in (
+            ('{"user":"ann",\n "password":\n  "s3cret"\n}\n', '{"user":"ann", "password": "***" }'),
+            ('{"password":"s3\ncret"}', '{"password":"***"}'),
+            ('<login\n\tuser="eve"\n\tpassword="s3cret"/>', '<login user="eve" password="***"/>'),
+            (r'{"command":"<login\npassword=\"s3cret\"/>"}', '{"command":"<login password="***"/>"}')):
+            self.assertEqual(self.logged(request), expected)
 
 
 class Statistics(InFolder):
