@@ -1,4 +1,5 @@
-// Logs each line of its input as one record of one size-limited file, from several threads and processes:
+// Logs each line of its input as one record of one size-limited file, from several threads and processes, and
+// then counts the records that it finds in the file and its backups:
 //
 //     log_lines --threads 4 --processes 2 --limit 100000 --backups 9 --file server.log input.txt
 
@@ -14,6 +15,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -30,7 +32,7 @@ constexpr const char* USAGE =
     "Logs each line of the inputs, or of standard input, as one record of the file PATH.\n";
 
 struct Options {
-  std::wstring mFile;
+  std::filesystem::path mFile;
   unsigned long mLimit = 2'000'000;
   unsigned long mBackups = 1;
   unsigned long mThreads = 1;
@@ -49,7 +51,7 @@ class Hook final : public YLog::ConfigurationHook, public YSynch::ReferenceCount
 
   void ConfigureLogger(YLog::Logger&) override {}
   void ConfigureDispatcher(YBase::SmartPtrI<YLog::Dispatcher>& dispatcher, YLog::Logger&) override {
-    const auto file = YLog::GetDestination_DiskFile(mOptions.mFile.c_str());
+    const auto file = YLog::GetDestination_DiskFile(YBase::UTF8ToWideChar(mOptions.mFile.c_str()).c_str());
     file->SetMaximumFileSize(mOptions.mLimit);
     file->SetMaximumFileBackup(mOptions.mBackups);
 
@@ -106,13 +108,38 @@ void WaitFor(pid_t child) {
   if (waitpid(child, &status, 0) != child || status != 0) throw std::runtime_error("a process failed");
 }
 
-/// Each process starts the library for itself, after the fork.
-void LogFromProcesses(const Options& options, const Lines& lines) {
-  if (options.mProcesses == 1) return LogFromThreads(options, lines, 0);
-
-  std::vector<pid_t> children;
-  for (unsigned long i = 0; i < options.mProcesses; ++i) children.push_back(StartChild(options, lines, i));
+/// Each process starts the library for itself, after the fork. Returns their numbers.
+std::set<pid_t> LogFromProcesses(const Options& options, const Lines& lines) {
+  if (options.mProcesses == 1) {
+    LogFromThreads(options, lines, 0);
+    return {getpid()};
+  }
+  std::set<pid_t> children;
+  for (unsigned long i = 0; i < options.mProcesses; ++i) children.insert(StartChild(options, lines, i));
   for (const pid_t child : children) WaitFor(child);
+  return children;
+}
+
+std::size_t CountRecords(const std::filesystem::path& file, const std::set<pid_t>& processes) {
+  const auto header = YLog::CreateMessageHeader();
+  std::ifstream input(file, std::ios::binary);
+  std::size_t count = 0;
+  for (std::string line; std::getline(input, line);) {
+    const bool isRecord = header->FromString(line.c_str()) != 0;
+    if (isRecord && processes.count(static_cast<pid_t>(header->GetProcessID())) != 0) ++count;
+  }
+  return count;
+}
+
+/// How many records of these processes arrived and were not deleted since with the oldest backup.
+std::size_t CountRecordsInAllFiles(const std::filesystem::path& file, const std::set<pid_t>& processes) {
+  const std::string name = file.filename();
+  std::size_t count = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(file.parent_path())) {
+    const std::string other = entry.path().filename();
+    if (other == name || other.starts_with(name + ".bak")) count += CountRecords(entry.path(), processes);
+  }
+  return count;
 }
 
 void ReadLines(std::istream& input, Lines& lines) {
@@ -145,7 +172,7 @@ unsigned long ParseNumber(std::string_view option, std::string_view text, unsign
 void SetOption(Options& options, std::string_view option, const char* value) {
   if (value == nullptr) throw UsageError(std::string(option) + " takes a value");
   if (option == "--file") {
-    options.mFile = YBase::UTF8ToWideChar(std::filesystem::absolute(value).c_str());
+    options.mFile = std::filesystem::absolute(value);
   } else if (option == "--limit") {
     options.mLimit = ParseNumber(option, value, 0);
   } else if (option == "--backups") {
@@ -180,9 +207,11 @@ int main(int, char** argv) {
   try {
     const Options options = ParseCommandLine(argv + 1);
     const Lines lines = ReadInputs(options.mInputs);
-    LogFromProcesses(options, lines);
-    std::cout << lines.size() << " records logged\n";
-    return EXIT_SUCCESS;
+    const std::set<pid_t> processes = LogFromProcesses(options, lines);
+    // The logging functions do not say whether a file could be written.
+    const std::size_t found = CountRecordsInAllFiles(options.mFile, processes);
+    std::cout << lines.size() << " lines read, " << found << " records found in the file and its backups\n";
+    return found == 0 && !lines.empty() ? EXIT_FAILURE : EXIT_SUCCESS;
   } catch (const UsageError& failure) {
     std::cerr << "log_lines: " << failure.what() << '\n' << USAGE;
     return 2;

@@ -44,6 +44,11 @@ class FirstProgram(InFolder):
         self.assertEqual({record["logger"] for record in found}, {"Orders"})
 
 
+def counts(read, found):
+    """What log_lines prints."""
+    return f"{read} lines read, {found} records found in the file and its backups\n"
+
+
 class LogLines(InFolder):
     def log(self, text, *arguments):
         result = run("log_lines", "--file", "lines.log", *arguments, folder=self.folder, text=text.encode())
@@ -54,15 +59,15 @@ class LogLines(InFolder):
         return [record["text"] for path in sorted(self.folder.glob(pattern)) for record in records(path)]
 
     def test_logs_each_line_of_standard_input_in_order(self):
-        self.assertEqual(self.log("first\nsécond %1 100%\n  third\nlast"), "4 records logged\n")
+        self.assertEqual(self.log("first\nsécond %1 100%\n  third\nlast"), counts(4, 4))
         self.assertEqual(self.texts(), ["first", "sécond %1 100%", "  third", "last"])
 
     def test_logs_an_empty_line_as_a_record_without_text(self):
-        self.assertEqual(self.log("one\n\n\r\ntwo\r\n"), "4 records logged\n")
+        self.assertEqual(self.log("one\n\n\r\ntwo\r\n"), counts(4, 4))
         self.assertEqual(self.texts(), ["one", "", "", "two"])
 
     def test_logs_no_record_for_no_line(self):
-        self.assertEqual(self.log(""), "0 records logged\n")
+        self.assertEqual(self.log(""), counts(0, 0))
         self.assertEqual((self.folder / "lines.log").read_bytes(), b"")
 
     def test_reads_each_input_file(self):
@@ -73,7 +78,8 @@ class LogLines(InFolder):
 
     def test_loses_nothing_among_threads_processes_and_rotations(self):
         lines = [f"line {number}" for number in range(2000)]
-        self.log("\n".join(lines), "--threads", 4, "--processes", 3, "--limit", 50000, "--backups", 50)
+        output = self.log("\n".join(lines), "--threads", 4, "--processes", 3, "--limit", 50000, "--backups", 50)
+        self.assertEqual(output, counts(2000, 2000))
         self.assertEqual(sorted(self.texts("lines.log*")), sorted(lines))
         self.assertGreater(len(list(self.folder.glob("lines.log.bak*"))), 2)
 
@@ -84,9 +90,21 @@ class LogLines(InFolder):
         self.assertEqual(len({record["thread"] for record in found}), 6)
 
     def test_keeps_the_backups_it_is_told_to(self):
-        self.log("x\n" * 100, "--limit", 500, "--backups", 2)
+        output = self.log("x\n" * 100, "--limit", 500, "--backups", 2)
+        self.assertEqual(output, counts(100, len(self.texts("lines.log*"))))
         names = sorted(path.name for path in self.folder.iterdir())
         self.assertEqual(names, ["lines.log", "lines.log.bak00", "lines.log.bak01"])
+
+    def test_counts_only_what_this_run_added(self):
+        self.log("a\nb\n")
+        self.assertEqual(self.log("c\n"), counts(1, 1))
+        self.assertEqual(self.texts(), ["a", "b", "c"])
+
+    def test_fails_and_says_so_when_no_line_arrives(self):
+        (self.folder / "lines.log").mkdir()
+        for arguments in ([], ["--processes", "2"]):
+            result = run("log_lines", "--file", "lines.log", *arguments, folder=self.folder, text=b"a\nb\n")
+            self.assertEqual((result.returncode, result.stdout.decode()), (1, counts(2, 0)))
 
     def test_explains_itself_when_it_is_called_wrongly(self):
         for arguments in (
