@@ -44,10 +44,15 @@ Destination_SystemLog_Impl::Destination_SystemLog_Impl()
       mpConnectionLock(YSynch::CreateRWLock(YSynch::LOCK_STACK_CATEGORY_OBJECT)) {}
 
 Destination_SystemLog_Impl::~Destination_SystemLog_Impl() {
+  Close();
+}
+
+void Destination_SystemLog_Impl::Close() noexcept {
   const YBase::CancellationGuard cancellationGuard;
   const YSynch::CriticalSection::SmartLock lock(*mpLock);
   const YSynch::RWLock::WriteSmartLock connectionLock(*mpConnectionLock);
   UnregisterApplicationName();
+  mApplicationName.clear();
 }
 
 void Destination_SystemLog_Impl::LogMessage(const char* text, const MessageHeader& header) const {

@@ -23,6 +23,8 @@ class Destination_SystemLog_Impl final : public Destination_Impl,
   using Destination_Impl::LogMessage;
   void LogMessage(const char* text, const MessageHeader& header) const override;
   void SetApplicationName(const char* name) override;
+  /// Closes the connection and forgets the name. A record that comes nevertheless opens another.
+  void Close() noexcept;
   void LogMessage(const char* text, MessageSeverity severity, unsigned messageID) const override;
 
  private:

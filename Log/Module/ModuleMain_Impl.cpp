@@ -10,9 +10,6 @@
 #include <YFileSystem/Path.h>
 #include <YLog/Exception.h>
 #include <YLog/MessageHeader.h>
-#include <YLog/MsgLogTrace.h>
-#include <YLog/ThreadSpecificLogHeaders.h>
-#include <YSynch/ThreadSpecificLogHeaders.h>
 
 #include "Core/Logger_Impl.h"
 #include "Core/UnderConfiguration.h"
@@ -38,21 +35,17 @@ ModuleMain_Impl::ModuleMain_Impl()
       mpSystemLog(new Destination_SystemLog_Impl),
       mpThreadLocalStorage(YSynch::CreateThreadLocalStorage()),
       mThreadContext(*mpThreadLocalStorage) {
-  MsgLogTrace::Init();
-  YSynch::RegisterThreadSpecificLogHeadersGetter([] { return YLog::GetThreadSpecificLogHeaders(); });
-  YSynch::RegisterThreadSpecificLogHeadersSetter([](ThreadSpecificLogHeaders* headers) {
-    if (headers != nullptr) YLog::SetThreadSpecificLogHeaders(*headers);
-  });
-  YSynch::RegisterThreadSpecificLogHeadersUnsetter([] { YLog::ClearThreadSpecificLogHeaders(); });
+  mRegistrations.emplace();
   Join();
 }
 
-ModuleMain_Impl::~ModuleMain_Impl() {
+void ModuleMain_Impl::Stop() noexcept {
   Leave();
-  YSynch::DeregisterThreadSpecificLogHeadersGetter();
-  YSynch::DeregisterThreadSpecificLogHeadersSetter();
-  YSynch::DeregisterThreadSpecificLogHeadersUnsetter();
-  MsgLogTrace::Destroy();
+  mRegistrations.reset();
+  mpThreadLocalStorage.reset();
+  // Not with its last reference: whoever holds that may release it when another module has opened a
+  // connection of its own, which would then be closed.
+  mpSystemLog->Close();
 }
 
 void ModuleMain_Impl::AfterForkInChild() noexcept {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "Destinations/Destination_DiskFile_Impl.h"
 #include "Destinations/Destination_SystemLog_Impl.h"
 #include "MessageModel/ThreadContext_Impl.h"
+#include "Module/ProcessRegistrations.h"
 #include "ModuleMain.h"
 
 namespace YLog {
@@ -25,7 +27,11 @@ namespace YLog {
 class ModuleMain_Impl final : public ModuleMain, private YSynch::ForkParticipant {
  public:
   ModuleMain_Impl();
-  ~ModuleMain_Impl() override;
+  ~ModuleMain_Impl() override = default;
+
+  /// Withdraws from the process: registrations, the contexts of all threads, the connection to the system
+  /// log. What may be the client's, or release something of the client's, is left to the destructor.
+  void Stop() noexcept;
 
   void SetBasePath(const wchar_t* basePath) override;
   YBase::ReturnWString GetBasePath() const override;
@@ -68,8 +74,11 @@ class ModuleMain_Impl final : public ModuleMain, private YSynch::ForkParticipant
   std::map<std::wstring, YBase::SmartPtrI<Destination_KafkaLog>> mKafkaLogs YSYNCH_GUARDED_BY(*mpLock);
   const YBase::SmartPtrI<Destination_DebugOutput_Impl> mpDebugOutput;
   const YBase::SmartPtrI<Destination_SystemLog_Impl> mpSystemLog;
-  const YBase::StrongPtr<YSynch::ThreadLocalStorage> mpThreadLocalStorage;
+  // Null once it is stopped.
+  YBase::StrongPtr<YSynch::ThreadLocalStorage> mpThreadLocalStorage;
   const YSynch::ThreadContextPtr<ThreadContext, ThreadContext_Impl> mThreadContext;
+  // None once it is stopped.
+  std::optional<ProcessRegistrations> mRegistrations;
 };
 
 }  // namespace YLog

@@ -19,8 +19,11 @@ class ConfigurableHook final : public YLog::ConfigurationHook,
   using OnDispatcher = std::function<void(YBase::SmartPtrI<YLog::Dispatcher>&, YLog::Logger&)>;
   using OnLogger = std::function<void(YLog::Logger&)>;
 
-  explicit ConfigurableHook(OnDispatcher onDispatcher = nullptr, OnLogger onLogger = nullptr)
-      : mOnDispatcher(std::move(onDispatcher)), mOnLogger(std::move(onLogger)) {}
+  explicit ConfigurableHook(OnDispatcher onDispatcher = nullptr, OnLogger onLogger = nullptr,
+                            std::function<void()> onDestruction = nullptr)
+      : mOnDispatcher(std::move(onDispatcher)),
+        mOnLogger(std::move(onLogger)),
+        mOnDestruction(std::move(onDestruction)) {}
 
   void ConfigureLogger(YLog::Logger& logger) override {
     if (mOnLogger) mOnLogger(logger);
@@ -30,10 +33,13 @@ class ConfigurableHook final : public YLog::ConfigurationHook,
   }
 
  private:
-  ~ConfigurableHook() override = default;
+  ~ConfigurableHook() override {
+    if (mOnDestruction) mOnDestruction();
+  }
 
   const OnDispatcher mOnDispatcher;
   const OnLogger mOnLogger;
+  const std::function<void()> mOnDestruction;
 };
 
 }  // namespace Support

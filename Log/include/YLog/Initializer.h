@@ -11,6 +11,9 @@ namespace YLog {
 ///
 /// Threads: any. When the last one goes, no other thread may be using the library.
 ///
+/// Reentrancy: the last one releases the client's hook and destinations when the library has stopped already.
+/// Their destructors may start it again, or fork.
+///
 /// Failure: the constructor throws what kept the library from starting, and `std::bad_alloc`.
 class YLOG_EXPORT Initializer {
  public:

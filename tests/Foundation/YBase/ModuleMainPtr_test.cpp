@@ -2,9 +2,11 @@
 
 #include <atomic>
 #include <barrier>
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "support/CancelledThread.h"
@@ -23,8 +25,11 @@ class Service {
 };
 
 std::atomic<int> gsBuilt{0};
+// Started and not stopped yet.
 std::atomic<int> gsAlive{0};
 bool gsFailing = false;
+// Done by the next object that is destroyed.
+std::function<void()> gsOnDestruction;
 
 class Service_Impl final : public Service {
  public:
@@ -33,6 +38,7 @@ class Service_Impl final : public Service {
     ++gsAlive;
   }
   ~Service_Impl();
+  void Stop() noexcept { --gsAlive; }
   Service_Impl(const Service_Impl&) = delete;
   Service_Impl& operator=(const Service_Impl&) = delete;
 
@@ -43,11 +49,9 @@ class Service_Impl final : public Service {
 };
 
 constinit YBase::ModuleMainPtr<Service, Service_Impl> gsServicePtr;
-std::optional<Service*> gsSeenWhileDestroyed;
 
 Service_Impl::~Service_Impl() {
-  --gsAlive;
-  gsSeenWhileDestroyed = gsServicePtr.Get();
+  if (gsOnDestruction) std::exchange(gsOnDestruction, nullptr)();
 }
 
 /// Takes the word away from start and stop as long as it exists.
@@ -63,7 +67,7 @@ class ModuleMainPtr : public testing::Test {
  protected:
   ModuleMainPtr() {
     gsBuilt = 0;
-    gsSeenWhileDestroyed.reset();
+    gsOnDestruction = nullptr;
   }
 };
 
@@ -116,10 +120,46 @@ TEST_F(ModuleMainPtr, ThrowsOnUseWhileStopped) {
 }
 
 TEST_F(ModuleMainPtr, IsNullAlreadyWhileTheObjectIsDestroyed) {
+  std::optional<Service*> seen;
+  gsOnDestruction = [&] { seen = gsServicePtr.Get(); };
   gsServicePtr.Initialize();
   gsServicePtr.Finalize();
-  ASSERT_TRUE(gsSeenWhileDestroyed.has_value());
-  EXPECT_EQ(*gsSeenWhileDestroyed, nullptr);
+  EXPECT_EQ(seen, nullptr);
+}
+
+TEST_F(ModuleMainPtr, MayBeStartedAndStoppedWhileAnObjectIsDestroyed) {
+  int number = 0;
+  gsOnDestruction = [&] {
+    EXPECT_EQ(gsAlive, 0) << "the old one is stopped first";
+    gsServicePtr.Initialize();
+    number = gsServicePtr->GetNumber();
+    gsServicePtr.Finalize();
+  };
+  gsServicePtr.Initialize();
+  gsServicePtr.Finalize();
+  EXPECT_EQ(number, 2);
+  EXPECT_EQ(gsAlive, 0);
+}
+
+TEST_F(ModuleMainPtr, KeepsAnObjectThatWasStartedWhileTheFormerWasDestroyed) {
+  gsOnDestruction = [] { gsServicePtr.Initialize(); };
+  gsServicePtr.Initialize();
+  gsServicePtr.Finalize();
+  EXPECT_EQ(gsServicePtr->GetNumber(), 2);
+  gsServicePtr.Finalize();
+  EXPECT_EQ(gsServicePtr.Get(), nullptr);
+}
+
+TEST_F(ModuleMainPtr, MayBeLockedForAForkWhileAnObjectIsDestroyed) {
+  bool locked = false;
+  gsOnDestruction = [&] {
+    gsServicePtr.LockForFork();
+    locked = true;
+    gsServicePtr.UnlockAfterFork();
+  };
+  gsServicePtr.Initialize();
+  gsServicePtr.Finalize();
+  EXPECT_TRUE(locked);
 }
 
 TEST_F(ModuleMainPtr, StartsInACancelledThreadThatHasToWait) {

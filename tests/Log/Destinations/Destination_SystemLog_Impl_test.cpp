@@ -176,6 +176,27 @@ TEST_F(SystemLogCalls, AreFinishedByACancelledThread) {
                                    "closelog()", "openlog(orders, 2, 8)", "closelog()"));
 }
 
+TEST_F(SystemLogCalls, EndWhenTheModuleStopsAndLeaveTheConnectionOfTheNextOneAlone) {
+  SmartPtrI<Destination_SystemLog> former;
+  {
+    const YLog::Initializer initializer;
+    former = YLog::GetDestination_SystemLog();
+    former->SetApplicationName("orders");
+  }
+  EXPECT_THAT(Calls(), ElementsAre("openlog(orders, 2, 8)", "closelog()"));
+  const YLog::Initializer initializer;
+  YLog::GetDestination_SystemLog()->SetApplicationName("invoices");
+  former = nullptr;
+  EXPECT_EQ(Calls().back(), "openlog(invoices, 2, 8)");
+}
+
+TEST_F(SystemLogCalls, RegisterTheSameNameAgainAfterTheEnd) {
+  mLog->SetApplicationName("orders");
+  mLog->Close();
+  mLog->SetApplicationName("orders");
+  EXPECT_THAT(Calls(), ElementsAre("openlog(orders, 2, 8)", "closelog()", "openlog(orders, 2, 8)"));
+}
+
 TEST_F(SystemLogCalls, AreNoneForADestinationThatWasNotUsed) {
   mLog = nullptr;
   EXPECT_THAT(Calls(), IsEmpty());

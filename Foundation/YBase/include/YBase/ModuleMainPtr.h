@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cassert>
+#include <memory>
 
 #include <YBase/CancellationGuard.h>
 #include <YBase/ExceptionImpl.h>
@@ -18,7 +19,12 @@ namespace YBase {
 /// only be complete where `Initialize` and `Finalize` are called.
 ///
 /// Threads: start and stop are serialised by a spin word; a thread that uses the object must hold it
-/// started.
+/// started. `Implementation` has an operation `void Stop() noexcept`, which runs under that word and undoes
+/// whatever the object has done to the process, so that another one can be built at once. The constructor and
+/// `Stop` run no client code, which could wait for the word.
+///
+/// Reentrancy: the object is destroyed with the word given back, because that may run client code, which may
+/// start the object again, or fork.
 template <class Interface, class Implementation>
 class ModuleMainPtr {
  public:
@@ -35,12 +41,15 @@ class ModuleMainPtr {
 
   /// \pre Matches an `Initialize`. One too many is refused in debug builds and ignored in others.
   void Finalize() {
+    // Before the lock, so that it is destroyed after the lock was given back.
+    std::unique_ptr<Implementation> stopped;
     const SpinLock lock(*this);
     assert(mUserCount > 0);
     if (mUserCount == 0 || --mUserCount > 0) return;
     // No longer reachable while it is destroyed: what it lets go of may be client code that looks for it, and
     // is told that it is gone.
-    delete static_cast<Implementation*>(mpModule.exchange(nullptr, std::memory_order_acq_rel));
+    stopped.reset(static_cast<Implementation*>(mpModule.exchange(nullptr, std::memory_order_acq_rel)));
+    stopped->Stop();
   }
 
   /// Failure: throws `ExceptionImpl<Message>` while the object is not started, which is a client's error.

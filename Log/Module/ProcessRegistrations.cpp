@@ -1,0 +1,27 @@
+#include "Module/ProcessRegistrations.h"
+
+#include <YLog/MsgLogTrace.h>
+#include <YLog/ThreadSpecificLogHeaders.h>
+#include <YSynch/ThreadSpecificLogHeaders.h>
+
+namespace YLog {
+
+// Delegates, so that the destructor runs when something throws here: the object counts as constructed
+// already.
+ProcessRegistrations::ProcessRegistrations() : ProcessRegistrations(Nothing()) {
+  MsgLogTrace::Init();
+  YSynch::RegisterThreadSpecificLogHeadersGetter([] { return YLog::GetThreadSpecificLogHeaders(); });
+  YSynch::RegisterThreadSpecificLogHeadersSetter([](ThreadSpecificLogHeaders* headers) {
+    if (headers != nullptr) YLog::SetThreadSpecificLogHeaders(*headers);
+  });
+  YSynch::RegisterThreadSpecificLogHeadersUnsetter([] { YLog::ClearThreadSpecificLogHeaders(); });
+}
+
+ProcessRegistrations::~ProcessRegistrations() {
+  YSynch::DeregisterThreadSpecificLogHeadersGetter();
+  YSynch::DeregisterThreadSpecificLogHeadersSetter();
+  YSynch::DeregisterThreadSpecificLogHeadersUnsetter();
+  MsgLogTrace::Destroy();
+}
+
+}  // namespace YLog
