@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace YResource {
@@ -12,16 +11,29 @@ namespace YResource {
 /// What is wrong with the catalogues of a folder.
 class CatalogueFaults {
  public:
-  void Add(const std::string& path, const std::string& reason) { mFaults.push_back(path + ": " + reason); }
+  /// Line 0 is none.
   void Add(const std::string& path, std::size_t line, const std::string& reason) {
-    mFaults.push_back(path + ':' + std::to_string(line) + ": " + reason);
+    mFaults.push_back({path, line, reason});
   }
 
   std::size_t GetCount() const noexcept { return mFaults.size(); }
-  std::vector<YBase::ReturnString> Take() { return std::move(mFaults); }
+
+  /// Each fault as one line, "file:line: reason", in the order of the files' names and of the lines in a
+  /// file.
+  ///
+  /// Names and reasons contain what somebody else wrote. What would end the line, control a terminal or
+  /// change the direction of writing is shown as an escape, "\u001B", and a byte that is not part of UTF-8 as
+  /// "\xFF".
+  std::vector<YBase::ReturnString> Take();
 
  private:
-  std::vector<YBase::ReturnString> mFaults;
+  struct Fault {
+    std::string path;
+    std::size_t line;
+    std::string reason;
+  };
+
+  std::vector<Fault> mFaults;
 };
 
 }  // namespace YResource

@@ -31,19 +31,17 @@ std::vector<std::string> ListFiles(const std::string& folder, CatalogueFaults& f
     if (IsCatalogueName(entry->path().filename().string())) paths.push_back(entry->path().string());
   }
   if (error) {
-    faults.Add(folder, "cannot be read: " + error.message());
+    faults.Add(folder, 0, "cannot be read: " + error.message());
   } else if (paths.empty()) {
-    faults.Add(folder, "holds no catalogue");
+    faults.Add(folder, 0, "contains no catalogue");
   }
-  // Faults come in the same order on every machine.
-  std::sort(paths.begin(), paths.end());
   return paths;
 }
 
 std::optional<Catalogue> ReadFile(const std::string& path, CatalogueFaults& faults) {
   std::string text;
   if (!ReadFileText(path, text)) {
-    faults.Add(path, text);
+    faults.Add(path, 0, text);
     return std::nullopt;
   }
   return ReadCatalogue(path, std::move(text), faults);
@@ -61,11 +59,11 @@ void CheckThatTheyBelongTogether(const std::vector<Catalogue>& catalogues, Catal
   for (const Catalogue& catalogue : catalogues) {
     const Catalogue& first = catalogues.front();
     if (catalogue.name != first.name || catalogue.domain != first.domain) {
-      faults.Add(catalogue.path,
+      faults.Add(catalogue.path, 0,
                  "differs from " + first.path + " in name or domain; a folder holds one catalogue");
     }
     const auto [place, isNew] = languages.emplace(catalogue.language, &catalogue);
-    if (!isNew) faults.Add(catalogue.path, "is of the same language as " + place->second->path);
+    if (!isNew) faults.Add(catalogue.path, 0, "is of the same language as " + place->second->path);
   }
 }
 

@@ -122,7 +122,7 @@ bool CatalogueReader::end_object() {
   if (--mDepth != 0) return true;
   for (const std::string_view name : MEMBERS) {
     if (!mMembers.contains(name)) {
-      mFaults.Add(mCatalogue.path, "has no '" + std::string(name) + "'");
+      mFaults.Add(mCatalogue.path, 0, "has no '" + std::string(name) + "'");
     }
   }
   return true;

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/CancelledThread.h"
@@ -280,6 +281,45 @@ TEST_F(FolderBundle, ComparesTranslationsWithEachOtherWithoutANeutralText) {
       ElementsAre("orders.fr.json:5: the text of ID 1 has the places none, that in orders.de.json %1"));
 }
 
+TEST_F(FolderBundle, NamesFaultsInTheOrderOfFilesAndLines) {
+  WriteNeutral("\"10\": \"%1\",\n\"9\": \"%2\"");
+  WriteCatalogue("de", "\"9\": \"%1\",\n\"10\": \"%2\"");
+  Write("orders.fr.json",
+        "{\"locale\": \"it\",\n\"texts\": {\"10\": 1,\n\"9\": 2}, \"domain\":\n0, \"a\": 0");
+  WriteCatalogue("it", "\"9\": \"\"");
+  Write("orders.it.json", "{}");
+  EXPECT_THAT(Check(),
+              ElementsAre("orders.de.json:5: the text of ID 9 has the places %1, that in orders.json %2",
+                          "orders.de.json:6: the text of ID 10 has the places %2, that in orders.json %1",
+                          "orders.fr.json:1: the locale is 'it', that of the file's name 'fr'",
+                          "orders.fr.json:2: the text of ID 10 is not a text",
+                          "orders.fr.json:3: the text of ID 9 is not a text",
+                          "orders.fr.json:4: the domain must be a number from 1 to 4294967295",
+                          "orders.fr.json:4: unknown member 'a'",
+                          StartsWith("orders.fr.json:4: syntax error"), "orders.it.json: has no 'domain'",
+                          "orders.it.json: has no 'locale'", "orders.it.json: has no 'texts'"));
+}
+
+TEST_F(FolderBundle, ShowsAsEscapesWhatWouldForgeOrHideAFault) {
+  for (const auto& [name, shown] : std::vector<std::pair<std::string, std::string>>{
+           {"a\\nx.json:1: b", "a\\u000Ax.json:1: b"},
+           {"\\u0000\\r\\t\\u001b[2J", "\\u0000\\u000D\\u0009\\u001B[2J"},
+           {"\x7F", "\\u007F"},
+           {"\xC2\x80\xC2\x9F\xC2\xA0", "\\u0080\\u009F\xC2\xA0"},
+           {"\\u2028\\u2029\\u202a\\u202E\\u202f", "\\u2028\\u2029\\u202A\\u202E\xE2\x80\xAF"},
+           {"\\u061c\\u061d\\u200e\\u200f\\u2010", "\\u061C\xD8\x9D\\u200E\\u200F\xE2\x80\x90"},
+           {"\\u2065\\u2066\\u2069\\u206a", "\xE2\x81\xA5\\u2066\\u2069\xE2\x81\xAA"},
+           {"\\\\u000A \xC3\xA4 \\ud83d\\ude00~", "\\u000A \xC3\xA4 \xF0\x9F\x98\x80~"}}) {
+    const std::string catalogue = R"({"domain": 12, "locale": "neutral", "texts": {}, ")" + name + "\": 1}";
+    ASSERT_THAT(CheckContent(catalogue), ElementsAre("orders.json:1: unknown member '" + shown + "'"));
+  }
+}
+
+TEST_F(FolderBundle, ShowsAsEscapesWhatIsNotPartOfAFilesName) {
+  Write("or\n\xFF\xC3\xC2\x85s.json", "[]");
+  EXPECT_THAT(Check(), ElementsAre("or\\u000A\\xFF\\xC3\\u0085s.json:1: is not an object"));
+}
+
 TEST_F(FolderBundle, RefusesWhatIsNoRegularFileWithoutWaiting) {
   WriteNeutral("");
   std::filesystem::create_directory(mFolder.Path() / "orders.de.json");
@@ -296,7 +336,7 @@ TEST_F(FolderBundle, RefusesAFileOfAbsurdSize) {
 }
 
 TEST_F(FolderBundle, RefusesAFolderWithoutACatalogue) {
-  EXPECT_THAT(Check(), ElementsAre(mFolder.Path().string() + ": holds no catalogue"));
+  EXPECT_THAT(Check(), ElementsAre(mFolder.Path().string() + ": contains no catalogue"));
   EXPECT_THROW(OpenBundle(mFolder.Wide("missing").c_str()), YBase::ExceptionImpl<YBase::Message>);
 }
 

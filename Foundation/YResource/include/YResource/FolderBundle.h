@@ -31,11 +31,13 @@ class YRESOURCE_EXPORT FolderBundle : public virtual Bundle {
 /// are.
 YRESOURCE_EXPORT YBase::SmartPtrI<FolderBundle> OpenBundle(const wchar_t* folder);
 
-/// What is wrong with the catalogues of a folder, each fault as "file:line: reason", without the line where
-/// none is known. Empty for a folder that `OpenBundle` takes.
+/// What is wrong with the catalogues of a folder, each fault as one line, "file:line: reason", without the line
+/// where none is known, in the order of files and lines. Empty for a folder that `OpenBundle` takes.
 ///
 /// Files must be whole and of the documented form, belong together, and translations must have the same
-/// places for arguments as the neutral text. What is not translated is no fault.
+/// places for arguments as the neutral text. What is not translated is not a fault.
+///
+/// Control characters and the like, in names of files as in what they contain, are shown as escapes.
 YRESOURCE_EXPORT std::vector<YBase::ReturnString> CheckCatalogues(const wchar_t* folder);
 
 }  // namespace YResource
