@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <filesystem>
 #include <map>
-#include <optional>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -36,15 +35,6 @@ std::vector<std::string> ListFiles(const std::string& folder, CatalogueFaults& f
     faults.Add(folder, 0, "contains no catalogue");
   }
   return paths;
-}
-
-std::optional<Catalogue> ReadFile(const std::string& path, CatalogueFaults& faults) {
-  std::string text;
-  if (!ReadFileText(path, text)) {
-    faults.Add(path, 0, text);
-    return std::nullopt;
-  }
-  return ReadCatalogue(path, std::move(text), faults);
 }
 
 /// The neutral one first.
@@ -96,7 +86,10 @@ void CheckPlaces(const std::vector<Catalogue>& catalogues, CatalogueFaults& faul
 std::vector<Catalogue> ReadCatalogueFolder(const std::string& folder, CatalogueFaults& faults) {
   std::vector<Catalogue> catalogues;
   for (const std::string& path : ListFiles(folder, faults)) {
-    if (auto catalogue = ReadFile(path, faults)) catalogues.push_back(std::move(*catalogue));
+    auto text = ReadFileText(path, faults);
+    if (!text) continue;
+    auto catalogue = ReadCatalogue(path, std::move(*text), faults);
+    if (catalogue) catalogues.push_back(std::move(*catalogue));
   }
   std::sort(catalogues.begin(), catalogues.end(), GoesBefore);
   if (!catalogues.empty()) CheckThatTheyBelongTogether(catalogues, faults);

@@ -25,6 +25,8 @@ using Json = nlohmann::json;
 
 constexpr const char* NEUTRAL_LOCALE = "neutral";
 constexpr std::string_view MEMBERS[] = {"domain", "locale", "texts"};
+// Far beyond any catalogue, so that reading one takes neither long nor much memory.
+constexpr std::size_t MAXIMUM_TEXTS = 100'000;
 
 /// Decimal, or hexadecimal after "0x"; 0 for what is not an ID.
 unsigned ParseID(std::string_view key) {
@@ -89,6 +91,9 @@ class CatalogueReader final : public Json::json_sax_t {
   // Also knows those that are there twice, in different spellings.
   std::map<unsigned, std::size_t> mLinesOfIDs;
 
+  // Of objects anywhere; a sound catalogue has its members and its texts.
+  std::size_t mKeys = 0;
+
   // How many line feeds are in the first characters, and one more.
   std::streamoff mCounted = 0;
   std::size_t mLine = 1;
@@ -129,6 +134,10 @@ bool CatalogueReader::end_object() {
 }
 
 bool CatalogueReader::key(std::string& key) {
+  if (++mKeys > MAXIMUM_TEXTS + std::size(MEMBERS)) {
+    AddFault("has more than " + std::to_string(MAXIMUM_TEXTS) + " texts");
+    return false;
+  }
   if (mDepth == 1) {
     TakeMemberName(key);
   } else if (mDepth == 2 && mbInTexts) {

@@ -8,12 +8,15 @@
 #include <cstddef>
 #include <system_error>
 
+#include "CatalogueFaults.h"
+
 namespace YResource {
 
 namespace {
 
-// Far beyond any catalogue: what is larger is something else by mistake.
-constexpr std::size_t MAXIMUM_SIZE = 64 << 20;
+// Far beyond any catalogue: what is larger is something else by mistake, and would hold up the start of a
+// server.
+constexpr off_t MAXIMUM_SIZE = 16 << 20;
 
 class Descriptor {
  public:
@@ -35,37 +38,36 @@ std::string DescribeError() {
   return "cannot be read: " + std::system_category().message(errno);
 }
 
-/// Appends what comes next. Returns how much that was, or a negative number for a failure.
-ssize_t ReadPiece(int descriptor, std::string& text) {
-  char piece[65536];
+/// Returns how much of `buffer` the file has filled, or a negative number for a failure.
+ssize_t ReadAll(int descriptor, std::string& buffer) {
+  std::size_t length = 0;
   ssize_t count = 0;
   do {
-    count = ::read(descriptor, piece, sizeof piece);
-  } while (count < 0 && errno == EINTR);
-  if (count > 0) text.append(piece, static_cast<std::size_t>(count));
-  return count;
+    count = ::read(descriptor, buffer.data() + length, buffer.size() - length);
+    if (count > 0) length += static_cast<std::size_t>(count);
+  } while (count > 0 || (count < 0 && errno == EINTR));
+  return count < 0 ? count : static_cast<ssize_t>(length);
 }
 
 }  // namespace
 
-bool ReadFileText(const std::string& path, std::string& text) {
+std::optional<std::string> ReadFileText(const std::string& path, CatalogueFaults& faults) {
+  const auto refuse = [&](const std::string& reason) {
+    faults.Add(path, 0, reason);
+    return std::nullopt;
+  };
   const Descriptor file(path);
   struct stat status;
-  if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0) {
-    text = DescribeError();
-    return false;
-  }
-  if (!S_ISREG(status.st_mode)) {
-    text = "is no regular file";
-    return false;
-  }
-  text.clear();
-  ssize_t count = 0;
-  while (text.size() <= MAXIMUM_SIZE && (count = ReadPiece(file.Get(), text)) > 0) {
-  }
-  if (count == 0) return true;
-  text = count < 0 ? DescribeError() : "is larger than 64 MiB";
-  return false;
+  if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0) return refuse(DescribeError());
+  if (!S_ISREG(status.st_mode)) return refuse("is not a regular file");
+  if (status.st_size > MAXIMUM_SIZE) return refuse("is larger than 16 MiB");
+  // One byte more than the file has, which is filled only if it grows.
+  std::string text(static_cast<std::size_t>(status.st_size) + 1, '\0');
+  const ssize_t length = ReadAll(file.Get(), text);
+  if (length < 0) return refuse(DescribeError());
+  if (length > status.st_size) return refuse("grew while it was read");
+  text.resize(static_cast<std::size_t>(length));
+  return text;
 }
 
 }  // namespace YResource

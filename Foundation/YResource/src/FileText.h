@@ -1,14 +1,18 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace YResource {
 
-/// The whole content of a regular file.
+class CatalogueFaults;
+
+/// The whole content of a regular file of up to 16 MiB. None for any other, and for one that grows meanwhile;
+/// the reason is then among the faults.
 ///
-/// Never waits for a file that is none, such as a pipe.
+/// Never waits for what is not a regular file, such as a pipe, and reads nothing of a file that is too large.
 ///
-/// Failure: returns false, and the reason in place of the content. `std::bad_alloc`.
-bool ReadFileText(const std::string& path, std::string& text);
+/// Failure: `std::bad_alloc`.
+std::optional<std::string> ReadFileText(const std::string& path, CatalogueFaults& faults);
 
 }  // namespace YResource

@@ -28,6 +28,16 @@ std::string MakeCatalogue(const std::string& locale, const std::string& texts) {
   return "{\n\"domain\": 12,\n\"locale\": \"" + locale + "\",\n\"texts\": {\n" + texts + "}\n}\n";
 }
 
+/// How many bytes this process has read from files so far.
+unsigned long CountBytesRead() {
+  std::ifstream file("/proc/self/io");
+  std::string name;
+  unsigned long count = 0;
+  file >> name >> count;
+  EXPECT_EQ(name, "rchar:");
+  return count;
+}
+
 class FolderBundle : public testing::Test {
  protected:
   void Write(const std::string& name, const std::string& content) {
@@ -325,14 +335,50 @@ TEST_F(FolderBundle, RefusesWhatIsNoRegularFileWithoutWaiting) {
   std::filesystem::create_directory(mFolder.Path() / "orders.de.json");
   ASSERT_EQ(::mkfifo((mFolder.Path() / "orders.fr.json").c_str(), 0600), 0);
   std::filesystem::create_symlink("nowhere", mFolder.Path() / "orders.it.json");
-  EXPECT_THAT(Check(), ElementsAre("orders.de.json: is no regular file", "orders.fr.json: is no regular file",
-                                   HasSubstr("orders.it.json: cannot be read: ")));
+  EXPECT_THAT(Check(),
+              ElementsAre("orders.de.json: is not a regular file", "orders.fr.json: is not a regular file",
+                          HasSubstr("orders.it.json: cannot be read: ")));
 }
 
-TEST_F(FolderBundle, RefusesAFileOfAbsurdSize) {
+TEST_F(FolderBundle, ReadsAFileOf16MiBAndNoLargerOne) {
+  Write("orders.json", "x");
+  std::filesystem::resize_file(mFolder.Path() / "orders.json", 16 << 20);
+  EXPECT_THAT(Check(), ElementsAre(StartsWith("orders.json:1: syntax error")));
+  std::filesystem::resize_file(mFolder.Path() / "orders.json", (16 << 20) + 1);
+  EXPECT_THAT(Check(), ElementsAre("orders.json: is larger than 16 MiB"));
+}
+
+TEST_F(FolderBundle, DoesNotReadAFileThatIsTooLarge) {
   Write("orders.json", "");
   std::filesystem::resize_file(mFolder.Path() / "orders.json", std::uintmax_t{1} << 40);
-  EXPECT_THAT(Check(), ElementsAre("orders.json: is larger than 64 MiB"));
+  const unsigned long before = CountBytesRead();
+  EXPECT_THAT(Check(), ElementsAre("orders.json: is larger than 16 MiB"));
+  EXPECT_LT(CountBytesRead() - before, 1u << 20);
+}
+
+// Such files say that they are empty.
+TEST_F(FolderBundle, RefusesAFileThatGrowsWhileItIsRead) {
+  const char* const file = "/proc/self/status";
+  ASSERT_EQ(std::filesystem::file_size(file), 0u);
+  std::filesystem::create_symlink(file, mFolder.Path() / "orders.json");
+  EXPECT_THAT(Check(), ElementsAre("orders.json: grew while it was read"));
+}
+
+TEST_F(FolderBundle, TakesAHundredThousandTextsAndNotOneMore) {
+  std::string texts;
+  for (int id = 1; id < 100'000; ++id) texts += '"' + std::to_string(id) + "\": \"%1\",\n";
+  WriteNeutral(texts + R"("100000": "last")");
+  EXPECT_EQ(Open()->GetString(100'000, 0, "default"), "last");
+  WriteNeutral(texts + "\"100000\": \"\",\n\"100001\": \"\"");
+  EXPECT_THAT(Check(), ElementsAre("orders.json:100005: has more than 100000 texts"));
+}
+
+TEST_F(FolderBundle, StopsAtSoManyMembersThatNoCatalogueHas) {
+  std::string members;
+  for (int i = 0; i < 60'000; ++i) members += "\"x\": {\"y\": 1},\n";
+  const std::vector<std::string> faults = CheckContent("{" + members + "\"z\": 1}");
+  EXPECT_EQ(faults.size(), 50'003u);
+  EXPECT_EQ(faults.back(), "orders.json:50002: has more than 100000 texts");
 }
 
 TEST_F(FolderBundle, RefusesAFolderWithoutACatalogue) {
