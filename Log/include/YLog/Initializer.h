@@ -14,7 +14,9 @@ namespace YLog {
 /// Reentrancy: the last one releases the client's hook and destinations when the library has stopped already.
 /// Their destructors may start it again, or fork.
 ///
-/// Failure: the constructor throws what kept the library from starting, and `std::bad_alloc`.
+/// Failure: if the library cannot be started, the constructor throws `YBase::ExceptionImpl<YBase::Message>`
+/// or `std::bad_alloc`, and the library stays stopped. Functions that need the library throw
+/// `YBase::ExceptionImpl<YBase::Message>` while no `Initializer` is alive.
 class YLOG_EXPORT Initializer {
  public:
   Initializer();

@@ -21,8 +21,8 @@
 //
 // Threads: any; a formatter belongs to its caller.
 //
-// Failure: what the catalogue, the formatter or the router throws goes to the caller, in place of what would
-// have been thrown.
+// Failure: what the catalogue, the formatter or the router throws reaches the caller. From a function that
+// logs and throws, it replaces the exception that would have been thrown.
 
 namespace YLog {
 

@@ -74,6 +74,9 @@ class YLOG_EXPORT Logger::DispatcherCollection {
   /// configuration hook and added. Two threads that ask for a new name at once may both add one. Where the
   /// hook throws, none is added, unless the hook itself had asked for it; the hook is then shown it at the
   /// next request. \pre `dispatcherName` is not null.
+  ///
+  /// Failure: what the hook throws; `YBase::ExceptionImpl<YBase::Message>` if the logger has 65,536
+  /// dispatchers already; `std::bad_alloc`.
   virtual unsigned short ObtainCookie(const char* dispatcherName) = 0;
 
   /// The dispatcher behind a cookie, or null for one that this logger did not issue.
@@ -99,7 +102,7 @@ class YLOG_EXPORT Logger::Callback : public virtual YBase::ReferenceCounted {
 /// The logger of that name, made and shown to the configuration hook when it is first asked for. Names are
 /// compared byte by byte. The category is that of a new logger's lock. \pre `name` is not null.
 ///
-/// Failure: what the hook throws; the logger is then not registered.
+/// Failure: what the hook throws, and `std::bad_alloc`; the logger is then not registered.
 YLOG_EXPORT YBase::SmartPtrI<Logger> GetLogger(const char* name, YSynch::EnumORBLockStackCategory category);
 
 }  // namespace YLog

@@ -22,8 +22,9 @@ struct MsgTraceItem {
   int average = 0;
 };
 
-/// Counts messages by destination, message ID and outcome, and averages how long they took. One for the whole
-/// process.
+/// Counts messages by destination, message ID and outcome, and averages how long they took. There is one for
+/// the whole process. The library reports nothing itself; `SendToLogTrace` counts nothing until
+/// `SetMsgLogTrace(true)`. A thread ID is any number that the caller chooses, as for `CmdLogTrace`.
 ///
 /// The printed file begins with the time at which the object was created; then each snapshot has a line for
 /// each destination, with the snapshot's number and, for each message ID, the three counts and the average.
@@ -41,7 +42,7 @@ struct MsgTraceItem {
 ///
 /// Threads: any, except `Init` and `Destroy`.
 ///
-/// Failure: what reports and asks for a figure throws `std::bad_alloc`; nothing was counted.
+/// Failure: reports and queries throw `std::bad_alloc`; nothing was counted.
 class YLOG_EXPORT MsgLogTrace final : public LogTrace {
  public:
   /// By the index of the destination and the message ID.
@@ -54,8 +55,8 @@ class YLOG_EXPORT MsgLogTrace final : public LogTrace {
   static void Init();
   static void Destroy();
 
-  /// Failure: throws `YBase::ExceptionImpl<YBase::Message>` where there is no object yet and the library is
-  /// not started.
+  /// Failure: throws `YBase::ExceptionImpl<YBase::Message>` if there is no object yet and no `Initializer` is
+  /// alive; `std::bad_alloc`.
   static MsgLogTrace* getInstance();
 
   /// Turns `SendToLogTrace` on and off. Off until it is called; a thread may see the change late.

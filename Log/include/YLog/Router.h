@@ -21,7 +21,7 @@ class Logger;
 ///
 /// Threads: any operation from any thread.
 ///
-/// Failure: what the logger throws goes to the caller.
+/// Failure: what a destination throws reaches the caller, and `std::bad_alloc`.
 class YLOG_EXPORT Router : public virtual YBase::ReferenceCounted {
  public:
   /// Whether the dispatcher had a destination when last heard of; kept current by the router. To be read
@@ -54,7 +54,8 @@ class YLOG_EXPORT Router : public virtual YBase::ReferenceCounted {
 /// configuration hook, where it is missing. The category is that of a new logger's lock.
 /// \pre Neither name is null.
 ///
-/// Failure: what the hook throws; nothing is left behind but a logger or dispatcher that was made before.
+/// Failure: what `GetLogger` and `Logger::DispatcherCollection::ObtainCookie` throw. A logger or dispatcher
+/// that was made before stays.
 YLOG_EXPORT YBase::SmartPtrI<Router> CreateRouter(const char* loggerName, const char* dispatcherName,
                                                   YSynch::EnumORBLockStackCategory category);
 
