@@ -30,7 +30,12 @@ struct CmdTraceItem {
 ///
 /// A file name that is not ASCII makes printing return `PRINT_FAILED`, with nothing discarded.
 ///
-/// Threads: any. Failure of `AddToLogTrace` and `GetCurItem`: `std::bad_alloc`; nothing was counted.
+/// A thread ID is any number that the caller chooses. If each thread has a number of its own, reports do not
+/// wait for each other. If all have the same, counts are the same, and averages may be rounded differently.
+///
+/// Threads: any.
+///
+/// Failure: `AddToLogTrace` and `GetCurItem` throw `std::bad_alloc`; nothing was counted.
 class YLOG_EXPORT CmdLogTrace final : public LogTrace {
  public:
   using Items = std::map<int, CmdTraceItem>;

@@ -20,6 +20,9 @@ class MessageHeader;
 ///
 /// Failure: what `LogMessage` throws reaches the caller of the logging function, and the destinations after
 /// this one receive nothing.
+///
+/// The header may differ from the message's own if a disk file earlier in the list has just reported missed
+/// messages: see `Destination_DiskFile`.
 class YLOG_EXPORT Destination : public virtual YBase::ReferenceCounted {
  public:
   /// \pre `text` is not null. Text and header are valid during the call only.

@@ -17,14 +17,17 @@ namespace YLog {
 /// a bound, so a stopped process that is just writing stops the others.
 ///
 /// Failure: what the file system refuses does not leave `LogMessage`. The destination closes the file, counts
-/// what it drops, and tries again with the first message that comes 300 seconds after the failure; when it
-/// succeeds, it writes how many messages it missed, since when and why. That record is written with the
-/// calling thread's own header, which keeps the values it was given for it: logger "Log", dispatcher "Error",
-/// message ID 0.
+/// what it drops, and tries again with the first message that comes 300 seconds or more after the last
+/// failure, by the wall clock or the monotonic clock. When it succeeds, it first writes how many messages it
+/// missed, since when and why. If no such message comes before the process ends, the count is lost.
+///
+/// That record is written with the calling thread's own header, which keeps the record's values: the time,
+/// logger "Log", dispatcher "Error", message ID 0. Later destinations of the same dispatcher receive them.
 class YLOG_EXPORT Destination_DiskFile : public virtual Destination {
  public:
   /// The size in bytes at or above which the next record goes to an empty file: 2,000,000 until it is set, at
-  /// most 2,000,000,000. The file may pass it by up to one record. Takes effect at the next record.
+  /// most 2,000,000,000. The file may exceed it by up to one record. Takes effect at the next record. With 0
+  /// no message is written, because an empty file is not rotated.
   virtual void SetMaximumFileSize(unsigned long size) = 0;
   virtual unsigned long GetMaximumFileSize() = 0;
 
@@ -46,9 +49,9 @@ class YLOG_EXPORT Destination_DiskFile : public virtual Destination {
 /// the next request for that path gives that destination once more, and later ones a new destination at the
 /// new place.
 ///
-/// Failure: a file that cannot be opened is no failure here: the destination counts what it cannot write. A
-/// path that the system cannot take throws `YBase::ExceptionImpl<YLog::Exception>`, and the same text goes
-/// to standard error.
+/// Failure: a path that the system cannot take throws `YBase::ExceptionImpl<YLog::Exception>`, and the same
+/// text is written to standard error. A file that cannot be opened is not a failure here: the destination
+/// counts what it cannot write. `std::bad_alloc`.
 YLOG_EXPORT YBase::SmartPtrI<Destination_DiskFile> GetDestination_DiskFile(const wchar_t* path);
 
 }  // namespace YLog

@@ -37,7 +37,8 @@ class YLOG_EXPORT LogTrace {
   virtual void Clear() = 0;
 
   /// The file that printing replaces, in ASCII; none until it is set. Null is the empty name, to which
-  /// nothing can be printed.
+  /// nothing can be printed. A relative name is taken from the current folder of the process when it prints;
+  /// the base path of disk files does not matter.
   void SetOutputFileName(const wchar_t* fileName);
 
  protected:
