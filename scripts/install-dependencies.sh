@@ -4,7 +4,7 @@ set -euo pipefail
 
 declare -A packages=(
   [build]="g++ cmake ninja-build libutfcpp-dev libjsoncpp-dev nlohmann-json3-dev libicu-dev pkg-config"
-  [test]="libgtest-dev libgmock-dev librapidcheck-dev python3 rsyslog strace util-linux tzdata"
+  [test]="libgtest-dev libgmock-dev librapidcheck-dev python3 rsyslog groff-base strace util-linux tzdata"
   [ci]="clang libclang-rt-14-dev llvm-14 clang-format clang-tidy shellcheck mmdebstrap"
   [bench]="libbenchmark-dev libspdlog-dev"
 )

@@ -54,6 +54,10 @@ class Content(unittest.TestCase):
         self.assertEqual({path.parts[0] for path in installed}, NAMES)
         self.assertEqual(installed, public_headers() | exports)
 
+    def test_installs_the_command_and_its_manual_page(self):
+        self.assertEqual([path.name for path in (PREFIX / "bin").iterdir()], ["ylog-check-catalogues"])
+        self.assertEqual([path.name for path in PREFIX.rglob("share/man/man1/*")], ["ylog-check-catalogues.1"])
+
     def test_installs_one_library_whose_soname_changes_with_the_binary_interface(self):
         libraries = {path.name for path in library().parent.glob("*") if path.is_file()}
         self.assertEqual(libraries, {"libYLog.so", SONAME, f"libYLog.so.{VERSION}"})

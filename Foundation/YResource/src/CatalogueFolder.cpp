@@ -1,5 +1,7 @@
 #include "CatalogueFolder.h"
 
+#include <YBase/CancellationGuard.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
@@ -84,6 +86,8 @@ void CheckPlaces(const std::vector<Catalogue>& catalogues, CatalogueFaults& faul
 }  // namespace
 
 std::vector<Catalogue> ReadCatalogueFolder(const std::string& folder, CatalogueFaults& faults) {
+  // Otherwise a cancellation could take effect in a destructor that closes a file.
+  const YBase::CancellationGuard cancellationGuard;
   std::vector<Catalogue> catalogues;
   for (const std::string& path : ListFiles(folder, faults)) {
     auto text = ReadFileText(path, faults);

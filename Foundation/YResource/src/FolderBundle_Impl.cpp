@@ -1,6 +1,5 @@
 #include "FolderBundle_Impl.h"
 
-#include <YBase/CancellationGuard.h>
 #include <YBase/ExceptionImpl.h>
 #include <YBase/Message.h>
 #include <YBase/TextConversion.h>
@@ -23,14 +22,7 @@ std::size_t CountTexts(const std::vector<Catalogue>& catalogues) {
   return count;
 }
 
-std::vector<Catalogue> ReadFolder(const wchar_t* folder, CatalogueFaults& faults) {
-  assert(folder != nullptr);
-  // Otherwise a cancellation could take effect in a destructor that closes a file.
-  const YBase::CancellationGuard cancellationGuard;
-  return ReadCatalogueFolder(YBase::WideCharToUTF8(folder), faults);
-}
-
-/// The first fault behind the name of the function, the others beneath it.
+/// The first fault after the name of the function, the others beneath it.
 [[noreturn]] void ThrowFaults(const char* functionName, const std::vector<YBase::ReturnString>& faults) {
   YBase::Message message((std::string(functionName) + ": " + faults.front()).c_str());
   for (std::size_t i = 1; i < faults.size(); ++i) {
@@ -52,15 +44,22 @@ FolderBundle_Impl::FolderBundle_Impl(const std::vector<Catalogue>& catalogues)
 
 YBase::SmartPtrI<FolderBundle> OpenBundle(const wchar_t* folder) {
   static constexpr const char* FUNCTION_NAME = "YResource::OpenBundle";
+  assert(folder != nullptr);
   CatalogueFaults faults;
-  const std::vector<Catalogue> catalogues = ReadFolder(folder, faults);
+  const std::vector<Catalogue> catalogues = ReadCatalogueFolder(YBase::WideCharToUTF8(folder), faults);
   if (faults.GetCount() != 0) ThrowFaults(FUNCTION_NAME, faults.Take());
   return YBase::SmartPtrI<FolderBundle>(new FolderBundle_Impl(catalogues));
 }
 
 std::vector<YBase::ReturnString> CheckCatalogues(const wchar_t* folder) {
+  assert(folder != nullptr);
+  return CheckCatalogues(YBase::WideCharToUTF8(folder).c_str());
+}
+
+std::vector<YBase::ReturnString> CheckCatalogues(const char* folder) {
+  assert(folder != nullptr);
   CatalogueFaults faults;
-  ReadFolder(folder, faults);
+  ReadCatalogueFolder(folder, faults);
   return faults.Take();
 }
 

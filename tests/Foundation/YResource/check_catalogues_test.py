@@ -1,22 +1,25 @@
 """The command that checks catalogues says what is wrong, and fails then and only then.
 
-Arguments: the command, the folder of the examples.
+Arguments: the command, the folder of the examples, the manual page, the version.
 """
 
+import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
 import tempfile
 import unittest
 
-COMMAND, EXAMPLES = sys.argv[1], pathlib.Path(sys.argv[2])
+COMMAND, EXAMPLES, MANUAL_PAGE, VERSION = sys.argv[1], pathlib.Path(sys.argv[2]), sys.argv[3], sys.argv[4]
 del sys.argv[1:]
 
 
 def check(*arguments, **options):
-    return subprocess.run([COMMAND, *map(str, arguments)], stdout=options.get("stdout", subprocess.PIPE),
-                          stderr=subprocess.PIPE, text=True, timeout=60, check=False)
+    options = {"stdout": subprocess.PIPE, "text": True} | options
+    return subprocess.run([COMMAND, *map(os.fspath, arguments)], stderr=subprocess.PIPE, timeout=60, check=False,
+                          **options)
 
 
 class CheckCatalogues(unittest.TestCase):
@@ -57,15 +60,60 @@ class CheckCatalogues(unittest.TestCase):
         self.assertEqual(result.stdout.count("\n"), 2)
         self.assertTrue(result.stdout.startswith(f"{missing}: cannot be read: "), result.stdout)
 
-    def test_says_how_it_is_called(self):
-        for arguments in ([], ["--help"]):
+    def test_prints_a_fault_as_one_line_whatever_the_file_contains(self):
+        (self.folder / "orders.de.json").write_text('{"x\\n\\u001b[2Jorders.json:1: ": 1', encoding="utf-8")
+        lines = check(self.folder).stdout.split("\n")
+        self.assertEqual(lines[0], f"{self.folder}/orders.de.json:1: unknown member "
+                                   "'x\\u000A\\u001B[2Jorders.json:1: '")
+        self.assertEqual((lines[1].count("syntax error"), lines[2:]), (1, [""]))
+
+    def test_checks_a_folder_whose_name_is_not_utf_8(self):
+        name = os.fsencode(self.folder.parent) + b"/gr\xfc\xdf"
+        shutil.copytree(os.fsencode(self.folder), name)
+        self.assertEqual(check(name).returncode, 0)
+        pathlib.Path(os.fsdecode(name), "orders.json").write_text("[]", encoding="utf-8")
+        self.assertEqual(check(name, text=False).stdout,
+                         name.replace(b"\xfc\xdf", rb"\xFC\xDF") + b"/orders.json:1: is not an object\n")
+
+    def test_says_what_it_is_on_standard_output(self):
+        usage = check("--help")
+        self.assertEqual((usage.returncode, usage.stderr), (0, ""))
+        self.assertTrue(usage.stdout.startswith("usage: ylog-check-catalogues FOLDER...\n"), usage.stdout)
+        version = check(self.folder / "missing", "--version")
+        self.assertEqual((version.returncode, version.stdout, version.stderr),
+                         (0, f"ylog-check-catalogues {VERSION}\n", ""))
+
+    def test_refuses_to_be_called_without_a_folder_or_with_an_unknown_option(self):
+        for arguments in ([], ["--"], ["--quiet", self.folder], [self.folder / "missing", "-q"]):
             result = check(*arguments)
-            self.assertEqual((result.returncode, result.stdout), (2, ""))
-            self.assertTrue(result.stderr.startswith("usage: ylog-check-catalogues FOLDER..."), result.stderr)
+            self.assertEqual((result.returncode, result.stdout), (2, ""), arguments)
+            self.assertIn("usage: ylog-check-catalogues FOLDER...\n", result.stderr)
+        self.assertIn("--quiet", check("--quiet").stderr)
+
+    def test_takes_what_follows_two_dashes_for_folders(self):
+        shutil.copytree(self.folder, self.folder.parent / "--help")
+        result = check("--", "--help", "--version", cwd=self.folder.parent)
+        self.assertEqual((result.returncode, result.stderr), (1, ""))
+        self.assertTrue(result.stdout.startswith("--version: cannot be read: "), result.stdout)
 
     def test_fails_when_its_report_is_lost(self):
         with open("/dev/full", "w", encoding="utf-8") as full:
             self.assertEqual(check(self.folder / "missing", stdout=full).returncode, 2)
+            self.assertEqual(check("--help", stdout=full).returncode, 2)
+
+
+class ManualPage(unittest.TestCase):
+    def test_is_free_of_mistakes(self):
+        result = subprocess.run(["groff", "-man", "-Tutf8", "-ww", "-b", "-z", MANUAL_PAGE], capture_output=True,
+                                text=True, check=False)
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "", ""))
+
+    def test_names_the_options_that_the_command_names(self):
+        page = subprocess.run(["groff", "-man", "-Tascii", "-P-cbou", MANUAL_PAGE], capture_output=True, text=True,
+                              check=True).stdout
+        options = set(re.findall(r"--[a-z]+", check("--help").stdout))
+        self.assertEqual(options, {"--help", "--version"})
+        self.assertEqual(set(re.findall(r"--[a-z]+", page)), options)
 
 
 if __name__ == "__main__":

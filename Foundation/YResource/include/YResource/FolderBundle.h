@@ -40,4 +40,7 @@ YRESOURCE_EXPORT YBase::SmartPtrI<FolderBundle> OpenBundle(const wchar_t* folder
 /// Control characters and the like, in names of files as in what they contain, are shown as escapes.
 YRESOURCE_EXPORT std::vector<YBase::ReturnString> CheckCatalogues(const wchar_t* folder);
 
+/// The same for a name as the system has it, which need not be UTF-8.
+YRESOURCE_EXPORT std::vector<YBase::ReturnString> CheckCatalogues(const char* folder);
+
 }  // namespace YResource
