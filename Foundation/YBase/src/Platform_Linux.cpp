@@ -1,4 +1,5 @@
 #include <link.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -8,6 +9,8 @@
 #include <cstddef>
 #include <ctime>
 #include <span>
+#include <string_view>
+#include <utility>
 
 #include "Platform.h"
 
@@ -27,6 +30,22 @@ std::uintptr_t GetLoadBase(std::span<const Segment> segments, std::uintptr_t hea
   return header;
 }
 
+/// Whether the file of that path is the one that this process executes.
+bool IsExecutable(const std::string& path) noexcept {
+  struct stat named;
+  struct stat executed;
+  return ::stat(path.c_str(), &named) == 0 && ::stat("/proc/self/exe", &executed) == 0 &&
+         named.st_dev == executed.st_dev && named.st_ino == executed.st_ino;
+}
+
+/// Without what the system puts after the name of an executable that was deleted, as by an upgrade of a
+/// server that runs on: it is still known by the name it was started under.
+std::string WithoutMarkOfDeletion(std::string path) {
+  static constexpr std::string_view MARK = " (deleted)";
+  if (path.ends_with(MARK) && !IsExecutable(path)) path.resize(path.size() - MARK.size());
+  return path;
+}
+
 }  // namespace
 
 unsigned long GetThreadID() noexcept {
@@ -40,7 +59,7 @@ std::string GetExecutablePath() {
     if (length < 0) return {};
     if (static_cast<std::size_t>(length) == path.size()) continue;
     path.resize(static_cast<std::size_t>(length));
-    return path;
+    return WithoutMarkOfDeletion(std::move(path));
   }
 }
 
