@@ -70,6 +70,15 @@ void AppendInt(std::string& line, int value) {
   AppendUnsignedLongDecimalToString(line, value < 0 ? 0U - bits : bits, 1);
 }
 
+/// A record is one line and those that its text adds: a name with a line break would forge another record.
+void BlankOutLineBreaks(std::string& line) noexcept {
+  for (const char lineBreak : {'\r', '\n'}) {
+    for (std::size_t at = line.find(lineBreak); at != std::string::npos; at = line.find(lineBreak, at + 1)) {
+      line[at] = ' ';
+    }
+  }
+}
+
 /// Moves behind `prefix` where the text at `position` begins with it.
 bool Skip(const char*& position, std::string_view prefix) {
   if (std::strncmp(position, prefix.data(), prefix.size()) != 0) return false;
@@ -208,6 +217,7 @@ const char* MessageHeader_Impl::ToString() const {
     AppendOrigin(mTextLine);
     AppendMessageIDAndIDs(mTextLine);
     AppendSourcePosition(mTextLine);
+    BlankOutLineBreaks(mTextLine);
   } catch (...) {
     // Half a line would else be taken for a whole one the next time.
     mTextLine.clear();

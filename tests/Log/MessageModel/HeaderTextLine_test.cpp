@@ -64,6 +64,33 @@ TEST(HeaderTextLine, HasNoSourcePositionWithoutAFileOrAFunction) {
   }
 }
 
+TEST(HeaderTextLine, HasABlankForEachLineBreakInAField) {
+  using Setter = void (MessageHeader::*)(const char*);
+  for (const Setter set :
+       {&MessageHeader::SetComputerName, &MessageHeader::SetServerInstanceName, &MessageHeader::SetLoggerName,
+        &MessageHeader::SetProcessIDDecimalString, &MessageHeader::SetThreadIDDecimalString,
+        &MessageHeader::SetUserID, &MessageHeader::SetSessionID, &MessageHeader::SetObjectID,
+        &MessageHeader::SetFileName, &MessageHeader::SetFuncName}) {
+    const SmartPtrI<MessageHeader> header = CreateExample("Error");
+    ((*header).*set)("\na\r\n\nb\r");
+    const std::string line = header->ToString();
+    EXPECT_EQ(line.find_first_of("\r\n"), std::string::npos);
+    EXPECT_NE(line.find(" a   b "), std::string::npos) << line;
+  }
+}
+
+TEST(HeaderTextLine, HasABlankForEachLineBreakInTheDispatchersName) {
+  EXPECT_NE(std::string(CreateExample("In\nfo")->ToString()).find("[Kernel][In fo]"), std::string::npos);
+}
+
+TEST(HeaderTextLine, LeavesTheFieldsThemselvesAsTheyWereSet) {
+  const SmartPtrI<MessageHeader> header = CreateExample("Info");
+  header->SetUserID("a\nb");
+  header->ToString();
+  EXPECT_STREQ(header->GetUserID(), "a\nb");
+  EXPECT_NE(std::string(header->ToJsonString()).find("\"uid\":\"a\\nb\""), std::string::npos);
+}
+
 TEST(HeaderTextLine, ShowsTheLineNumberWithItsSign) {
   const std::pair<int, const char*> numbers[] = {{0, "line:0]"},
                                                  {-1, "line:-1]"},
