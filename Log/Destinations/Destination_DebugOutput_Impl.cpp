@@ -1,11 +1,8 @@
 #include "Destinations/Destination_DebugOutput_Impl.h"
 
 #include <cassert>
-#include <csignal>
-#include <cstdio>
 
 #include <YBase/CancellationGuard.h>
-#include <YBase/SignalGuard.h>
 #include <YLog/MessageHeader.h>
 
 namespace YLog {
@@ -35,9 +32,7 @@ void Destination_DebugOutput_Impl::Write(std::string_view text) const {
   // A record that has been begun is finished.
   const YBase::CancellationGuard cancellationGuard;
   const YSynch::CriticalSection::SmartLock lock(*mpLock);
-  // Standard error may be a pipe whose reader is gone: that is no reason for the host to die.
-  const YBase::SignalGuard guard(SIGPIPE);
-  [[maybe_unused]] const std::size_t written = std::fwrite(text.data(), 1, text.size(), stderr);
+  mStandardError.Write(text);
 }
 
 }  // namespace YLog

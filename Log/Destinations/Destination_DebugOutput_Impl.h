@@ -8,6 +8,7 @@
 #include <YSynch/ReferenceCountedImpl.h>
 
 #include "Destinations/Destination_Impl.h"
+#include "Destinations/StandardError.h"
 
 namespace YLog {
 
@@ -28,6 +29,7 @@ class Destination_DebugOutput_Impl final : public Destination_Impl,
 
   // Keeps the records of several threads apart on the stream.
   const YBase::StrongPtr<YSynch::CriticalSection> mpLock;
+  mutable StandardError mStandardError YSYNCH_GUARDED_BY(*mpLock);
 };
 
 }  // namespace YLog

@@ -1,0 +1,93 @@
+#include "Destinations/StandardError.h"
+
+#include <poll.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <optional>
+
+#include <YBase/SignalGuard.h>
+
+namespace YLog {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// Keeps what the host writes with the stream apart from what is written as long as this exists, and leaves
+/// the stream's error indicator as it was unless writing fails in the end.
+class LockedStream {
+ public:
+  LockedStream() noexcept {
+    ::flockfile(stderr);
+    mbHadFailed = std::ferror(stderr) != 0;
+  }
+  ~LockedStream() { ::funlockfile(stderr); }
+  LockedStream(const LockedStream&) = delete;
+  LockedStream& operator=(const LockedStream&) = delete;
+
+  /// How much was taken. `errno` is 0 where the reason why it was not everything is unknown.
+  static std::size_t Write(std::string_view text) noexcept {
+    errno = 0;
+    return std::fwrite(text.data(), 1, text.size(), stderr);
+  }
+  void ForgetErrors() const noexcept {
+    if (!mbHadFailed) std::clearerr(stderr);
+  }
+
+ private:
+  bool mbHadFailed = false;
+};
+
+bool IsFileSizeLimited() noexcept {
+  rlimit limit;
+  return ::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY;
+}
+
+}  // namespace
+
+void StandardError::Write(std::string_view text) noexcept {
+  // Standard error may be a pipe whose reader is gone, or a file that may not grow: no reason for the host to
+  // die.
+  const YBase::SignalGuard pipeGuard(SIGPIPE);
+  std::optional<YBase::SignalGuard> sizeGuard;
+  if (IsFileSizeLimited()) sizeGuard.emplace(SIGXFSZ);
+  const LockedStream stream;
+  if (mbEndsInFragment && !WriteWhole("\n")) return;
+  if (WriteWhole(text)) stream.ForgetErrors();
+}
+
+bool StandardError::WriteWhole(std::string_view text) noexcept {
+  const TimePoint end = Clock::now() + mPatience;
+  for (std::string_view rest = text;;) {
+    rest.remove_prefix(LockedStream::Write(rest));
+    if (rest.empty()) break;
+    const int error = errno;
+    const bool isBegun = rest.size() < text.size();
+    if (isBegun) mbEndsInFragment = true;
+    if (error != EINTR && (error != EAGAIN || !WaitForRoom(end, isBegun))) return false;
+  }
+  mbReaderHasStopped = false;
+  mbEndsInFragment = false;
+  return true;
+}
+
+/// Without a bound for a text that has been begun. Every other one waits until `end`, unless one before it
+/// has waited in vain.
+bool StandardError::WaitForRoom(TimePoint end, bool isBegun) noexcept {
+  if (mbReaderHasStopped && !isBegun) return false;
+  pollfd stream{::fileno(stderr), POLLOUT, 0};
+  if (stream.fd < 0) return false;
+  int result;
+  do {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+    result = ::poll(&stream, 1, isBegun ? -1 : static_cast<int>(std::max<long long>(left.count(), 0)));
+  } while (result < 0 && errno == EINTR);
+  if (result == 0) mbReaderHasStopped = true;
+  return result > 0;
+}
+
+}  // namespace YLog
