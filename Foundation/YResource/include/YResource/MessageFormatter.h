@@ -16,6 +16,12 @@ class MessageFormatter;
 /// Changes how the integers inserted behind it are shown, until the next one.
 using MessageManipulator = MessageFormatter& (*)(MessageFormatter&);
 
+/// Values for which there is an operator outside the class, of a client's.
+template <class Value>
+concept HasOperatorOfItsOwn = requires(MessageFormatter& formatter, Value value) {
+  operator<<(formatter, value);
+};
+
 /// A finished text, on the heap only when it is long.
 using FormattedText = YBase::TextBuffer<1024>;
 
@@ -23,7 +29,9 @@ using FormattedText = YBase::TextBuffer<1024>;
 ///
 /// Arguments become text as they are inserted: a char is a character, a bool is "true" or "false", a
 /// floating-point number is the shortest text that reads back the same, a pointer is its address as
-/// `MessageFormat::WideHex` shows it, a null text is empty. Wide texts are turned into UTF-8.
+/// `MessageFormat::WideHex` shows it, a null text is empty. Wide texts are turned into UTF-8. A scoped
+/// enumeration is its number, also one of char or bool; an unscoped one is what it converts to. A client's
+/// own operator for an enumeration takes precedence.
 ///
 /// Ownership: the texts are copied into storage of the formatter's own, on the heap only when they are long.
 ///
@@ -58,6 +66,22 @@ class YRESOURCE_EXPORT MessageFormatter {
       if (value < 0) return AddInteger(bits, static_cast<Unsigned>(Unsigned{0} - bits), true);
     }
     return AddInteger(bits, bits, false);
+  }
+
+  template <class Enumeration>
+  requires(std::is_enum_v<Enumeration> && !HasOperatorOfItsOwn<Enumeration>) MessageFormatter& operator<<(
+      Enumeration value) {
+    using Underlying = std::underlying_type_t<Enumeration>;
+    const auto number = static_cast<Underlying>(value);
+    if constexpr (std::is_convertible_v<Enumeration, Underlying>) {
+      return *this << number;
+    } else if constexpr (std::same_as<Underlying, bool>) {
+      return *this << static_cast<unsigned>(number);
+    } else if constexpr (std::is_signed_v<Underlying>) {
+      return *this << static_cast<std::make_signed_t<Underlying>>(number);
+    } else {
+      return *this << static_cast<std::make_unsigned_t<Underlying>>(number);
+    }
   }
 
   void SetIntegerForm(IntegerForm form) noexcept { mIntegerForm = form; }
