@@ -14,13 +14,16 @@
 #include <gtest/gtest.h>
 
 #include <YBase/TextConversion.h>
+#include <YLog/Dispatcher.h>
 #include <YLog/Initializer.h>
+#include <YLog/Logger.h>
 #include <YLog/MessageHeader.h>
 #include <YLog/ThreadContext.h>
 
 #include "ModuleMain.h"
 #include "support/FakeClock.h"
 #include "support/ReadFile.h"
+#include "support/RecordingDestination.h"
 #include "support/TemporaryDirectory.h"
 
 namespace {
@@ -341,6 +344,23 @@ TEST_F(DiskFile, LeavesTheValuesOfTheMissedRecordInTheThreadsHeader) {
   EXPECT_STREQ(header.GetLoggerName(), "Log");
   EXPECT_STREQ(header.GetDispatcherName(), "Error");
   EXPECT_EQ(header.GetMessageID(), 0U);
+}
+
+TEST_F(DiskFile, GivesLaterDestinationsTheHeaderOfItsMissedRecord) {
+  Open();
+  const YBase::SmartPtrI<Support::RecordingDestination> later(new Support::RecordingDestination);
+  const auto dispatcher = YLog::CreateDispatcher("Info");
+  dispatcher->SetDestinations(Support::Destinations({*mDestination, later}));
+  const auto logger = YLog::GetLogger("Orders", YSynch::LOCK_STACK_CATEGORY_OBJECT);
+  const auto log = [&] { dispatcher->LogMessage(*logger, "text", 7, nullptr, nullptr, 0); };
+  TakeAway();
+  log();
+  GiveBack();
+  mClock.Advance(seconds(300));
+  log();
+  EXPECT_THAT(Content(), HasSubstr("][Orders][Info][0x00000007]"));
+  EXPECT_THAT(later->Records().at(0).line, HasSubstr("][Orders][Info][0x00000007]"));
+  EXPECT_THAT(later->Records().at(1).line, HasSubstr("][Log][Error][UID:"));
 }
 
 TEST_F(DiskFile, ReportsAPeriodOnce) {
