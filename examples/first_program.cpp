@@ -2,7 +2,7 @@
 
 #include <YLog/YLog.h>
 
-// Says where messages go: here all of them to one file.
+// Decides where messages go: here, all of them go to one file.
 class Hook final : public YLog::ConfigurationHook, public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
   void ConfigureLogger(YLog::Logger&) override {}
   void ConfigureDispatcher(YBase::SmartPtrI<YLog::Dispatcher>& dispatcher, YLog::Logger&) override {

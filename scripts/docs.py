@@ -3,6 +3,7 @@
 
 docs.py check          checks links, maps and the kinds of code blocks of every document
 docs.py extract DIR    writes the C++ blocks of every document to sources in DIR, and prints their paths
+docs.py blocks LANGUAGE FILE    prints the blocks of that language in one document
 
 A block marked "cpp" is compiled. The blocks of one document make up one source, in their order, so that
 later ones may use what earlier ones declare. A comment on the line above a block says what else it is:
@@ -118,6 +119,11 @@ def extract(root, folder):
     return 0
 
 
+def print_blocks(document, language):
+    print("".join(block.text for block in read_blocks(document) if block.language == language), end="")
+    return 0
+
+
 def main():
     arguments = sys.argv[1:]
     root = ROOT
@@ -127,6 +133,8 @@ def main():
         return check(root)
     if len(arguments) == 2 and arguments[0] == "extract":
         return extract(root, pathlib.Path(arguments[1]))
+    if len(arguments) == 3 and arguments[0] == "blocks":
+        return print_blocks(root / arguments[2], arguments[1])
     sys.exit(__doc__)
 
 

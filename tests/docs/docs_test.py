@@ -89,6 +89,11 @@ class Docs(unittest.TestCase):
         self.assertNotEqual(result.returncode, 0)
         self.assertIn(f"README.md:{line}", result.stderr)
 
+    def test_prints_the_blocks_of_one_language(self):
+        self.append("README.md", "\n```sh\nmake a  # first\n```\n\n```cmake\nset(x)\n```\n\n```sh\nmake b\n```\n")
+        result = self.run_docs("blocks", "sh", "README.md")
+        self.assertEqual((result.returncode, result.stdout), (0, "make a  # first\nmake b\n"))
+
     def test_finds_a_link_that_leads_nowhere(self):
         self.append("docs/architecture.md", "See [this](missing.md).\n")
         self.assert_fault("docs/architecture.md:6: the link to missing.md leads nowhere")
