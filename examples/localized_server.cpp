@@ -1,5 +1,5 @@
-// A backup server whose operators read different languages. What fails is told in German in one file, in
-// Brazilian Portuguese in another, and in English on standard error; the rest is in German, its own language.
+// A backup server whose operators read different languages. Failures are shown in German in one file, in
+// Brazilian Portuguese in another, and in English on standard error; all else is in German, its own language.
 //
 //     localized_server examples/localized_server /var/log/backup
 //
@@ -63,7 +63,7 @@ YBase::Message Known(MessageID id) {
   return message;
 }
 
-/// Says what failed and, beneath it, why: three levels, a line of the record each.
+/// What failed and why, in three levels. Each message is a line of the record.
 YBase::Message DescribeFailure(const char* volume) {
   YBase::Message reason = Known(NOT_COPIED);
   reason.AddLowerLevelMessage(Known(DISK_FULL));
@@ -87,14 +87,14 @@ class Server {
       YLog::LogMessageAndThrowBaseException(*mpError, NO_USER, YLog::GetMessageFormatter() << user);
     }
 
-    // A manipulator says how the numbers behind it are shown. The default at the end is for a catalogue that
-    // has no such text.
+    // A manipulator determines how the numbers after it are shown. The default at the end is for a catalogue
+    // that has no such text.
     YLog::LogMessage(*mpInfo, SAVED,
                      YLog::GetMessageFormatter() << user << 1024 << YLog::Format::WideHex << STATUS_DISK_FULL,
                      "%1: %2 files saved, status %3");
 
-    // As the message is not constant, it gets the texts that were found for the destinations. The user gets
-    // those of one of them.
+    // As the message is not constant, the texts that were found for the destinations are stored in it. The
+    // user is shown those of one of them.
     YBase::Message failure = DescribeFailure("/srv/photos");
     mpError->LogMessage(failure);
     std::cout << "To " << user << ": " << YBase::FormatMessage(failure, YResource::GetLanguageID("pt-BR"))
@@ -126,8 +126,8 @@ void AskForBackup(Server& server, const char* user) {
 
 void Run(const char* catalogues, const char* logs) {
   const YLog::Initializer initializer;
-  // A message by ID becomes text once, in the language of the process, whatever that of the destinations.
-  // Without this line it is the environment's.
+  // A message by ID becomes text once, in the language of the process, whatever the languages of the
+  // destinations are. Without this line, that is the language of the environment.
   YResource::SetProcessLanguageID(YResource::GetLanguageID("de"));
 
   const auto texts = YResource::OpenBundle(Absolute(catalogues).c_str());

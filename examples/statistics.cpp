@@ -13,7 +13,7 @@ namespace {
 
 constexpr unsigned long THREAD = 1;
 
-// What the numbers mean is the application's: IDs of commands and messages, milliseconds, outcomes.
+// The application decides what the numbers mean: IDs of commands and messages, milliseconds, outcomes.
 constexpr int COMMAND_LIST = 7;
 constexpr int COMMAND_ORDER = 93;
 constexpr int MESSAGE_CONFIRMATION = 17;
@@ -26,7 +26,7 @@ std::wstring InThisFolder(const char* name) {
 
 void PrintTo(const char* name, YLog::LogTrace& trace) {
   trace.SetOutputFileName(InThisFolder(name).c_str());
-  // First what was reported so far becomes a snapshot, then the snapshots are printed.
+  // What has been reported so far becomes a snapshot, and the snapshots are printed.
   trace.CollectLogTrace();
   const unsigned status = trace.PrintAllLogTrace();
   if (status != 0) std::cerr << "statistics: " << name << " was not written: " << std::hex << status << '\n';
@@ -44,7 +44,7 @@ void Send(const std::wstring& destination, int milliseconds, Outcome outcome) {
 }
 
 void TraceMessages() {
-  Send(L"mail", 40, DELIVERED);  // Not counted: nothing is until this is turned on.
+  Send(L"mail", 40, DELIVERED);  // Not counted: nothing is counted before the next line.
   YLog::MsgLogTrace::SetMsgLogTrace(true);
   Send(L"mail", 40, DELIVERED);
   Send(L"mail", 60, QUEUED);

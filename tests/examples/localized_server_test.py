@@ -1,4 +1,4 @@
-"""localized_server tells each operator in his language, to the byte: what it writes is compared with golden files.
+"""localized_server shows its messages in each language, to the byte: its output is compared with golden files.
 
 The folder of the programs is the first argument.
 """
