@@ -25,7 +25,8 @@ bool HasEnded(pid_t child) {
 }  // namespace
 
 bool IsFree(const std::filesystem::path& path) {
-  const int descriptor = open(path.c_str(), O_RDWR | O_CLOEXEC);
+  // Not for reading: an incomplete copy of a log may not be read by its owner, unless that is root.
+  const int descriptor = open(path.c_str(), O_WRONLY | O_CLOEXEC);
   if (descriptor < 0) throw std::system_error(errno, std::generic_category(), "open " + path.string());
   const int result = flock(descriptor, LOCK_EX | LOCK_NB);
   const int error = errno;
