@@ -55,7 +55,6 @@ std::vector<YBase::ReturnString> CatalogueFaults::Take() {
     const std::string place = fault.line != 0 ? fault.path + ':' + std::to_string(fault.line) : fault.path;
     lines.push_back(Escape(place + ": " + fault.reason));
   }
-  mFaults.clear();
   return lines;
 }
 

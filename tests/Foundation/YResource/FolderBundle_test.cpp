@@ -396,6 +396,7 @@ TEST_F(FolderBundle, ReadsAFolderWhoseNameIsNotAscii) {
 
 TEST_F(FolderBundle, RefusesNull) {
   EXPECT_DEBUG_DEATH(EXPECT_THROW(OpenBundle(nullptr), YBase::ExceptionImpl<YBase::Message>), "folder");
+  EXPECT_DEBUG_DEATH(YResource::CheckCatalogues(static_cast<const wchar_t*>(nullptr)), "folder");
 }
 
 }  // namespace
