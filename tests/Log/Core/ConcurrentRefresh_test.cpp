@@ -113,6 +113,20 @@ class ConcurrentRefresh : public testing::Test {
   const SmartPtrI<SteppingDispatcher> mpOther = New<SteppingDispatcher>("Other");
 };
 
+TEST_F(ConcurrentRefresh, ListensToADispatcherBeforeOthersCanFindIt) {
+  int registrations = 0;
+  const auto isNotFoundYet = [&] {
+    ++registrations;
+    EXPECT_FALSE(mpLogger->Dispatchers().GetDispatcher(mCookie) == mpOne);
+    EXPECT_FALSE(mpLogger->Dispatchers().GetDispatcher(mCookie - 1));
+  };
+  mpOther->mAfterRegistration = isNotFoundYet;
+  YLog::SetConfigurationHook(
+      New<ConfigurableHook>([&](auto& dispatcher, auto&) { dispatcher = mpOther; }).Get());
+  EXPECT_EQ(mCookie - 1, mpLogger->Dispatchers().ObtainCookie("Info"));
+  EXPECT_EQ(1, registrations);
+}
+
 TEST_F(ConcurrentRefresh, ListensToADispatcherThatIsPutBackWhileItIsLetGo) {
   Put(0, mpOne);
   mpOne->mBeforeUnregistration = [&] { OnAnotherThread([&] { Put(0, mpOne); }); };
@@ -172,6 +186,18 @@ TEST_F(ConcurrentRefresh, LeavesADispatcherThatIsTakenAwayAgainWhileItIsBeingLis
   EXPECT_EQ(mpOther, mpLogger->Dispatchers().GetDispatcher(mCookie));
   EXPECT_THAT(ReportedFor(*mpOne), IsEmpty());
   EXPECT_EQ(Cookies{mCookie}, ReportedFor(*mpOther));
+}
+
+TEST_F(ConcurrentRefresh, NeverStopsListeningToADispatcherThatIsInAnotherPlace) {
+  const unsigned short info = mpLogger->Dispatchers().ObtainCookie("Info");
+  Put(0, mpOne);
+  Put(1, mpOne);
+  bool stopped = false;
+  mpOne->mBeforeUnregistration = [&] { stopped = true; };
+  Put(0, mpOther);
+  mpOne->mBeforeUnregistration = nullptr;
+  EXPECT_FALSE(stopped);
+  EXPECT_EQ(Cookies{info}, ReportedFor(*mpOne));
 }
 
 TEST_F(ConcurrentRefresh, FlagTellsTheTruthAfterAChangeThatTheLoggerCouldNotHear) {

@@ -83,6 +83,58 @@ TEST_F(LoggerImpl, MayGoWhileItsDispatcherChanges) {
   }
 }
 
+/// A client's dispatcher that still knows the callback that was registered last, when it no longer is.
+class RememberingDispatcher final : public Support::ForwardingDispatcher {
+ public:
+  using ForwardingDispatcher::ForwardingDispatcher;
+
+  void RegisterCallback(Callback* callback) override {
+    mpCallback = SmartPtrI<Callback>(callback);
+    mbRegistered = true;
+  }
+  void UnregisterCallback(const Callback* callback) noexcept override {
+    if (mpCallback == callback) mbRegistered = false;
+  }
+
+  SmartPtrI<Callback> mpCallback;
+  bool mbRegistered = false;
+
+ private:
+  ~RememberingDispatcher() override = default;
+};
+
+TEST_F(LoggerImpl, UnregistersFromAllItsDispatchersWhenItGoes) {
+  std::vector<SmartPtrI<RememberingDispatcher>> dispatchers;
+  YLog::SetConfigurationHook(New<ConfigurableHook>([&](auto& dispatcher, auto&) {
+                               dispatchers.push_back(New<RememberingDispatcher>(dispatcher));
+                               dispatcher = dispatchers.back();
+                             }).Get());
+  auto logger = CreateLogger();
+  for (const char* name : {"Error", "Info", "Debug"}) logger->ObtainCookie(name);
+  for (const auto& dispatcher : dispatchers) EXPECT_TRUE(dispatcher->mbRegistered);
+  logger = nullptr;
+  for (const auto& dispatcher : dispatchers) EXPECT_FALSE(dispatcher->mbRegistered);
+  EXPECT_EQ(3U, dispatchers.size());
+}
+
+TEST_F(LoggerImpl, ChangeThatIsUnderWayWhenItGoesReachesNoneThatComesAfterIt) {
+  const auto dispatcher = New<RememberingDispatcher>(YLog::CreateDispatcher("Error"));
+  YLog::SetConfigurationHook(
+      New<ConfigurableHook>([&](auto& configured, auto&) { configured = dispatcher; }).Get());
+  CreateLogger()->ObtainCookie("Error");
+  // One of these has the memory of the first, where a forgotten pointer would lead. With a sanitizer none
+  // has, and the sanitizer would complain instead.
+  std::vector<SmartPtrI<Logger_Impl>> loggers;
+  int heard = 0;
+  for (int count = 0; count < 16; ++count) {
+    loggers.push_back(CreateLogger());
+    loggers.back()->RegisterCallback(New<LoggerCallback>([&](auto) { ++heard; }).Get());
+  }
+  ASSERT_TRUE(dispatcher->mpCallback);
+  dispatcher->mpCallback->DispatcherChanged(*dispatcher);
+  EXPECT_EQ(0, heard);
+}
+
 /// A client's dispatcher that notes its name when it is destroyed.
 class MortalDispatcher final : public Support::ForwardingDispatcher {
  public:

@@ -107,6 +107,18 @@ TEST_F(LoggingHook, MayLogThroughTwoDispatchersByTurns) {
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("Error", "Info", "Info", "Error"));
 }
 
+TEST_F(LoggingHook, MayLogThroughADispatcherAfterAnotherNewOne) {
+  Install([&](auto& dispatcher, auto&) {
+    dispatcher->SetDestinations(mOne);
+    if (mShown.size() > 2) return;
+    Log("first", "Info");
+    Log("second", "Error");
+  });
+  CreateRouter();
+  EXPECT_THAT(mShown, ElementsAre("Kernel", "Kernel/Error", "Kernel/Info"));
+  EXPECT_THAT(mpDestination->Texts(), ElementsAre("first", "second"));
+}
+
 TEST_F(LoggingHook, MayLogThroughTwoLoggersByTurns) {
   Install([&](auto& dispatcher, auto& logger) {
     dispatcher->SetDestinations(mOne);

@@ -224,6 +224,27 @@ TEST_F(Router, MayBeReleasedByWhoHearsOfTheSameChange) {
   GetLogger()->UnregisterCallback(callback.Get());
 }
 
+TEST_F(Router, ReleasedDuringAChangeLeavesTheRestOfItToNoneThatComesAfterIt) {
+  auto router = Create();
+  const auto dispatcher = router->GetDispatcher();
+  // Callbacks are called in the order of their addresses. Of so many, one is called before the router's.
+  std::vector<SmartPtrI<LoggerCallback>> callbacks;
+  std::vector<SmartPtrI<YLog::Router>> routers;
+  for (int count = 0; count < 64; ++count) {
+    callbacks.push_back(New<LoggerCallback>([&](auto) {
+      if (!router) return;
+      router = nullptr;
+      // One of these has the memory of the first, as with the loggers.
+      for (int next = 0; next < 16; ++next) routers.push_back(Create());
+      for (const auto& next : routers) next->mEnabled = false;
+    }));
+    GetLogger()->RegisterCallback(callbacks.back().Get());
+  }
+  dispatcher->SetDestinations(mOne);
+  EXPECT_EQ(16U, routers.size());
+  for (const auto& next : routers) EXPECT_FALSE(next->mEnabled);
+}
+
 /// Gives a dispatcher destinations and takes them away, as often as is asked, and stops in either state.
 void Flip(const SmartPtrI<YLog::Dispatcher>& dispatcher,
           const YDataType::ObjectCollection<YLog::Destination>& destinations, int count) {

@@ -134,6 +134,14 @@ TEST_F(ScopeGuard, AsksTheRoutersFlagAlone) {
   EXPECT_THAT(Texts(), IsEmpty());
 }
 
+TEST_F(ScopeGuard, AsksTheRoutersFlagAgainAtTheEnd) {
+  {
+    const YLog::ScopeGuard guard(*mpRouter, "Run", "job", 42);
+    mpRouter->mEnabled = false;
+  }
+  EXPECT_THAT(Texts(), ElementsAre("Enter 'Run' near job(42)"));
+}
+
 TEST_F(ScopeGuard, HoldsItsRouterToTheEnd) {
   auto router = YLog::CreateRouter("Kernel", "Trace", YSynch::LOCK_STACK_CATEGORY_OBJECT);
   {

@@ -130,6 +130,22 @@ TEST_F(MessageBody, ChangesNothingMoreInASecondMerge) {
   EXPECT_STREQ(mBody->GetText(GERMAN), "eins\n  two\n  drei") << "the texts are kept";
 }
 
+TEST_F(MessageBody, MergesNothingThatWasFoundForAnEarlierMessage) {
+  mBody->SetMessage(MakeTree());
+  mBody->GetText(GERMAN);
+  mBody->SetMessage(MakeMessage(2, "two"));
+  EXPECT_THAT(TextsOf(mBody->GetMessage(), GERMAN), ElementsAre("-"));
+}
+
+TEST_F(MessageBody, KeepsTheTextsOfALanguageThatTheTopLacksWhenItsMessageIsAskedFor) {
+  mBody->SetMessage(MakeTree());
+  const char* const text = mBody->GetText(FRENCH);
+  mBody->GetMessage();
+  mBundle->SetText(1, FRENCH, "un");
+  EXPECT_EQ(mBody->GetText(FRENCH), text);
+  EXPECT_STREQ(text, "one\n  deux\n  three");
+}
+
 TEST_F(MessageBody, TakesItsOwnMessageAsTheNextOne) {
   mBody->SetMessage(MakeTree());
   mBody->GetText(GERMAN);

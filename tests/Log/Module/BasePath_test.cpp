@@ -113,6 +113,31 @@ TEST_F(BasePath, DoesNotTouchTheFilesWhenItIsSetAgain) {
   EXPECT_EQ(fs::path(other->GetFilePath()).string(), Folder() + OBSERVATORY + "/b.log");
 }
 
+TEST_F(BasePath, MovesOnlyTheFirstOfTwoFilesThatWouldGetOnePath) {
+  UnsetHome();
+  YLog::SetBasePath((WideFolder() + L"/one").c_str());
+  const auto relative = YLog::GetDestination_DiskFile(L"a.log");
+  const auto absolute = YLog::GetDestination_DiskFile((WideFolder() + L"/two/a.log").c_str());
+  YLog::SetBasePath((WideFolder() + L"/two").c_str());
+  // The one whose requested path comes first, and that begins with a slash.
+  EXPECT_EQ(absolute->GetFilePath(), WideFolder() + L"/two/a.log");
+  EXPECT_EQ(relative->GetFilePath(), WideFolder() + L"/one/a.log");
+  EXPECT_EQ(PathOf((WideFolder() + L"/two/a.log").c_str()), Folder() + "/two/a.log");
+}
+
+TEST_F(BasePath, MovesFilesInTheOrderOfTheirNewPaths) {
+  UnsetHome();
+  YLog::SetBasePath((WideFolder() + L"/one/deeper").c_str());
+  // What was requested as "a" comes after the other, but its new path before. It takes the place where the
+  // other's folder would be.
+  const auto first = YLog::GetDestination_DiskFile(L"a");
+  const auto second = YLog::GetDestination_DiskFile(L"../two/a/b.log");
+  YLog::SetBasePath((WideFolder() + L"/two").c_str());
+  EXPECT_EQ(first->GetFilePath(), WideFolder() + L"/two/a");
+  EXPECT_EQ(second->GetFilePath(), WideFolder() + L"/two/a/b.log");
+  EXPECT_TRUE(fs::is_regular_file(mDirectory.Path() / "two" / "a"));
+}
+
 TEST_F(BasePath, MovesTheOthersWhenOneCannotBeMoved) {
   UnsetHome();
   YLog::SetBasePath((WideFolder() + L"/one").c_str());

@@ -87,6 +87,34 @@ TEST_F(DestinationRegistry, HasOneDebugOutput) {
   EXPECT_EQ(YLog::GetDestination_DebugOutput(), YLog::GetDestination_DebugOutput());
 }
 
+TEST_F(DestinationRegistry, HasOneSystemLog) {
+  const auto log = YLog::GetDestination_SystemLog();
+  EXPECT_NE(log, nullptr);
+  EXPECT_EQ(YLog::GetDestination_SystemLog(), log);
+  std::jthread([&] { EXPECT_EQ(YLog::GetDestination_SystemLog(), log); }).join();
+}
+
+TEST_F(DestinationRegistry, RegistersNothingForAPathThatTheSystemCannotTake) {
+  unsetenv("HOME");  // NOLINT(concurrency-mt-unsafe): alone in its process.
+  YLog::SetBasePath(Path(std::wstring(PATH_MAX, L'x')).c_str());
+  testing::internal::CaptureStderr();
+  EXPECT_THROW(Get(L"a.log"), YLog::Exception);
+  EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+  // Whatever is registered under a relative path is moved, and so comes into being there.
+  YLog::SetBasePath(Path(L"folder").c_str());
+  EXPECT_FALSE(fs::exists(mDirectory.Path() / "folder"));
+  EXPECT_EQ(Get(L"a.log")->GetFilePath(), Path(L"folder/a.log"));
+}
+
+TEST_F(DestinationRegistry, CreatesNothingForAKafkaLogWithoutAName) {
+  unsetenv("HOME");  // NOLINT(concurrency-mt-unsafe): alone in its process.
+  YLog::SetBasePath(Path(L"folder").c_str());
+  EXPECT_EQ(YLog::GetDestination_KafkaLog(nullptr), nullptr);
+  EXPECT_FALSE(fs::exists(mDirectory.Path() / "folder"));
+  YLog::SetBasePath(Path(L"other").c_str());
+  EXPECT_TRUE(fs::is_empty(mDirectory.Path()));
+}
+
 TEST_F(DestinationRegistry, KeepsItsFilesUntilTheModuleStops) {
   const YLog::Destination_DiskFile* file = Get(Path(L"a.log")).Get();
   EXPECT_EQ(Get(Path(L"a.log")).Get(), file);

@@ -1,0 +1,67 @@
+#include "Core/BackPointer.h"
+
+#include <functional>
+#include <utility>
+
+#include <YSynch/AtomicLong.h>
+#include <YSynch/ReferenceCountedImpl.h>
+
+#include "support/New.h"
+
+namespace {
+
+using Support::New;
+
+/// Lets the test act when its last reference has gone and it has not been destroyed yet.
+class Owner final : public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
+ public:
+  explicit Owner(std::function<void()> onLastRelease = nullptr) : mOnLastRelease(std::move(onLastRelease)) {}
+
+ private:
+  ~Owner() override = default;
+  void ReferenceCountIsAboutToReachZero() const override {
+    if (mOnLastRelease) mOnLastRelease();
+  }
+
+  const std::function<void()> mOnLastRelease;
+};
+
+TEST(BackPointer, GivesNothingUntilItIsSetAndAfterItWasTakenBack) {
+  YLog::BackPointer<Owner> pointer;
+  EXPECT_FALSE(pointer.Get());
+  const auto owner = New<Owner>();
+  pointer.Set(owner.Get());
+  EXPECT_EQ(owner, pointer.Get());
+  pointer.Set(nullptr);
+  EXPECT_FALSE(pointer.Get());
+}
+
+TEST(BackPointer, KeepsNoReferenceButGivesOne) {
+  YLog::BackPointer<Owner> pointer;
+  bool released = false;
+  auto owner = New<Owner>([&] {
+    released = true;
+    pointer.Set(nullptr);
+  });
+  pointer.Set(owner.Get());
+  auto given = pointer.Get();
+  owner = nullptr;
+  EXPECT_FALSE(released);
+  given = nullptr;
+  EXPECT_TRUE(released);
+}
+
+TEST(BackPointer, GivesNoReferenceToAnOwnerOnItsWayOut) {
+  YLog::BackPointer<Owner> pointer;
+  bool asked = false;
+  auto owner = New<Owner>([&] {
+    asked = true;
+    EXPECT_FALSE(pointer.Get());
+    pointer.Set(nullptr);
+  });
+  pointer.Set(owner.Get());
+  owner = nullptr;
+  EXPECT_TRUE(asked);
+}
+
+}  // namespace

@@ -1,0 +1,36 @@
+#include <YLog/Router.h>
+
+#include <vector>
+
+#include <YLog/YLog.h>
+
+#include "support/AllocationCounter.h"
+#include "support/RecordingDestination.h"
+
+namespace {
+
+using Support::Destinations;
+
+YBase::SmartPtrI<YLog::Router> Create() {
+  return YLog::CreateRouter("Kernel", "Error", YSynch::LOCK_STACK_CATEGORY_OBJECT);
+}
+
+/// A change takes memory for each of those that are told of it.
+unsigned long CountAllocationsOfAChange(YLog::Dispatcher& dispatcher) {
+  const unsigned long before = Support::GetAllocationCount();
+  dispatcher.SetDestinations(Destinations());
+  return Support::GetAllocationCount() - before;
+}
+
+TEST(RouterCount, ChangeCostsNothingForRoutersThatAreGone) {
+  const YLog::Initializer initializer;
+  const auto router = Create();
+  const unsigned long atFirst = CountAllocationsOfAChange(*router->GetDispatcher());
+  std::vector<YBase::SmartPtrI<YLog::Router>> others;
+  for (int count = 0; count < 10; ++count) others.push_back(Create());
+  EXPECT_GE(CountAllocationsOfAChange(*router->GetDispatcher()), atFirst + 10);
+  others.clear();
+  EXPECT_EQ(CountAllocationsOfAChange(*router->GetDispatcher()), atFirst);
+}
+
+}  // namespace
