@@ -18,7 +18,7 @@ TEST(MsgLogTraceClock, PrintsTheTimeOfItsCreationAndNotOfThePrinting) {
   const Support::TemporaryDirectory directory;
   const auto path = directory.Path() / "trace.txt";
   Support::FakeClock clock{std::chrono::sys_days(std::chrono::year(2024) / 3 / 5)};
-  YLog::MsgLogTrace trace;
+  YLog::MsgLogTrace& trace = *YLog::MsgLogTrace::getInstance();
   const std::string created = YDataType::DateTime::Now().ToString();
   clock.Advance(std::chrono::hours(26));
   trace.SetOutputFileName(YBase::UTF8ToWideChar(path.c_str()).c_str());
