@@ -1,5 +1,8 @@
 #include <YBase/ModuleMainPtr.h>
 
+#include <sys/syscall.h>
+#include <sys/types.h>
+
 #include <atomic>
 #include <barrier>
 #include <functional>
@@ -10,6 +13,8 @@
 #include <vector>
 
 #include "support/CancelledThread.h"
+#include "support/WaitUntil.h"
+#include "support/WaitingThread.h"
 
 namespace {
 
@@ -28,7 +33,8 @@ std::atomic<int> gsBuilt{0};
 // Started and not stopped yet.
 std::atomic<int> gsAlive{0};
 bool gsFailing = false;
-// Done by the next object that is destroyed.
+// Done by the next object that is stopped, and by the next that is destroyed.
+std::function<void()> gsOnStop;
 std::function<void()> gsOnDestruction;
 
 class Service_Impl final : public Service {
@@ -38,7 +44,10 @@ class Service_Impl final : public Service {
     ++gsAlive;
   }
   ~Service_Impl();
-  void Stop() noexcept { --gsAlive; }
+  void Stop() noexcept {
+    if (gsOnStop) std::exchange(gsOnStop, nullptr)();
+    --gsAlive;
+  }
   Service_Impl(const Service_Impl&) = delete;
   Service_Impl& operator=(const Service_Impl&) = delete;
 
@@ -67,6 +76,7 @@ class ModuleMainPtr : public testing::Test {
  protected:
   ModuleMainPtr() {
     gsBuilt = 0;
+    gsOnStop = nullptr;
     gsOnDestruction = nullptr;
   }
 };
@@ -148,6 +158,26 @@ TEST_F(ModuleMainPtr, KeepsAnObjectThatWasStartedWhileTheFormerWasDestroyed) {
   EXPECT_EQ(gsServicePtr->GetNumber(), 2);
   gsServicePtr.Finalize();
   EXPECT_EQ(gsServicePtr.Get(), nullptr);
+}
+
+TEST_F(ModuleMainPtr, IsNotStartedByAnotherThreadWhileAnObjectIsStopped) {
+  std::atomic<pid_t> starterID{0};
+  std::jthread starter;
+  gsOnStop = [&] {
+    starter = std::jthread([&] {
+      starterID = Support::ThreadID();
+      gsServicePtr.Initialize();
+    });
+    // A thread that waits for the word sleeps again and again, for no time at all.
+    EXPECT_TRUE(Support::WaitUntil(
+        [&] { return gsBuilt == 2 || Support::IsWaitingInSystemCall(starterID, SYS_clock_nanosleep); }));
+    EXPECT_EQ(gsBuilt, 1);
+  };
+  gsServicePtr.Initialize();
+  gsServicePtr.Finalize();
+  starter.join();
+  EXPECT_EQ(gsServicePtr->GetNumber(), 2);
+  gsServicePtr.Finalize();
 }
 
 TEST_F(ModuleMainPtr, MayBeLockedForAForkWhileAnObjectIsDestroyed) {
