@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include <YBase/CancellationGuard.h>
+#include <YBase/StandardDescriptorsGuard.h>
 #include <YLog/MessageHeader.h>
 
 namespace YLog {
@@ -70,6 +71,8 @@ void Destination_SystemLog_Impl::LogMessage(const char* text, MessageSeverity se
   const YBase::CancellationGuard cancellationGuard;
   RegisterDefaultNameIfNone();
   const YSynch::RWLock::ReadSmartLock lock(*mpConnectionLock);
+  // Any record may make the C library connect, the first one and one after a restart of the daemon.
+  const YBase::StandardDescriptorsGuard descriptorsGuard;
   ::syslog(PriorityOf(severity), "%s", text);
 }
 

@@ -12,12 +12,14 @@
 #include <YLog/YLog.h>
 
 #include "support/ChildProcess.h"
+#include "support/ClosedDescriptors.h"
 #include "support/SystemLogDaemon.h"
 #include "support/WaitUntil.h"
 #include "support/WaitingThread.h"
 
 namespace {
 
+using testing::AllOf;
 using testing::Each;
 using testing::ElementsAre;
 using testing::EndsWith;
@@ -179,6 +181,33 @@ TEST_F(SystemLogWithDaemon, IsFoundAgainAfterARestart) {
   Log("lost");
   mDaemon.Start();
   Log("after");
+  EXPECT_THAT(mDaemon.ReadRecords(),
+              ElementsAre(Record{INFORMATION, "orders", "before"}, Record{INFORMATION, "orders", "after"}));
+}
+
+TEST_F(SystemLogWithDaemon, ReceivesNothingThatAHostWritesToWhatItHasClosed) {
+  mLog->SetApplicationName("orders");
+  for (const int closed : Support::CLOSED_IN_ANY_WAY) {
+    EXPECT_EQ(Support::ChildProcess([&] {
+                Support::CloseDescriptors(closed);
+                Log("text");
+                return Support::UseClosed(closed);
+              }).Wait(),
+              0)
+        << "closed: " << closed;
+  }
+  EXPECT_THAT(mDaemon.ReadRecords(), AllOf(SizeIs(7), Each(Record{INFORMATION, "orders", "text"})));
+}
+
+TEST_F(SystemLogWithDaemon, ReceivesNothingOfTheHostsAfterARestartEither) {
+  mLog->SetApplicationName("orders");
+  Log("before");
+  close(STDIN_FILENO);
+  mDaemon.Stop();
+  Log("lost");
+  mDaemon.Start();
+  Log("after");
+  EXPECT_TRUE(Support::IsClosed(STDIN_FILENO));
   EXPECT_THAT(mDaemon.ReadRecords(),
               ElementsAre(Record{INFORMATION, "orders", "before"}, Record{INFORMATION, "orders", "after"}));
 }

@@ -1,5 +1,6 @@
 #include "DebugInformation.h"
 
+#include <YBase/StandardDescriptorsGuard.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -102,7 +103,9 @@ std::optional<std::vector<SourceFrame>> DebugInformation::Find(std::uintptr_t ad
 }
 
 void DebugInformation::Open() {
-  if (mpState != nullptr || !CanOpenFiles()) return;
+  if (mpState != nullptr) return;
+  const StandardDescriptorsGuard guard;
+  if (!CanOpenFiles()) return;
   mUnloadedWhenOpened = GetLoadCounts().unloaded;
   std::optional<std::vector<KnownModule>> known = FindModules();
   if (!known) return;

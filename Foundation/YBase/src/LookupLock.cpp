@@ -21,9 +21,10 @@ void Unlock() noexcept {
 }
 
 // A fork runs the handlers in the reverse order of their registration. This lock is taken by threads that
-// hold others, and must therefore be the last that a fork takes: its handlers are registered before those of
-// all other locks. Where priorities are unknown, the order in which the library is linked does the same.
-[[gnu::constructor(101)]] void RegisterHandlers() noexcept {
+// hold others, and must therefore be taken by a fork after those: its handlers are registered before theirs,
+// and only that of the StandardDescriptorsGuard, which lookups use, still earlier. Where priorities are
+// unknown, the order in which the library is linked does the same.
+[[gnu::constructor(102)]] void RegisterHandlers() noexcept {
   Check(pthread_atfork(Lock, Unlock, Unlock));
 }
 

@@ -19,4 +19,10 @@ bool IsInOwnImage(std::uintptr_t address) noexcept;
 /// \pre The calling thread blocks it.
 void ConsumePendingSignal(int signalNumber) noexcept;
 
+/// A descriptor that holds a number, and that nothing can be read from or written to; -1 where there is none
+/// left. Programs that are started do not inherit it.
+int OpenPlaceholder() noexcept;
+/// Whether a descriptor is such a one.
+bool IsPlaceholder(int descriptor) noexcept;
+
 }  // namespace YBase::Platform

@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <link.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -79,6 +80,16 @@ void ConsumePendingSignal(int signalNumber) noexcept {
   constexpr timespec NO_TIME{};
   while (::sigtimedwait(&signals, nullptr, &NO_TIME) < 0 && errno == EINTR) {
   }
+}
+
+int OpenPlaceholder() noexcept {
+  // Names a place and does not open it: reading and writing fail as they do for a closed descriptor.
+  return ::open("/", O_PATH | O_CLOEXEC);
+}
+
+bool IsPlaceholder(int descriptor) noexcept {
+  const int flags = ::fcntl(descriptor, F_GETFL);
+  return flags >= 0 && (flags & O_PATH) != 0;
 }
 
 }  // namespace YBase::Platform

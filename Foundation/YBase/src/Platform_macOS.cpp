@@ -1,6 +1,8 @@
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <mach-o/dyld.h>
 #include <pthread.h>
+#include <sys/stat.h>
 
 #include <csignal>
 #include <cstdint>
@@ -44,6 +46,17 @@ void ConsumePendingSignal(int signalNumber) noexcept {
   sigaddset(&signals, signalNumber);
   int taken;
   ::sigwait(&signals, &taken);
+}
+
+int OpenPlaceholder() noexcept {
+  return ::open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+}
+
+bool IsPlaceholder(int descriptor) noexcept {
+  struct stat root;
+  struct stat status;
+  return ::stat("/", &root) == 0 && ::fstat(descriptor, &status) == 0 && status.st_dev == root.st_dev &&
+         status.st_ino == root.st_ino;
 }
 
 }  // namespace YBase::Platform

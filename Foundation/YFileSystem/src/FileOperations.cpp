@@ -1,6 +1,5 @@
 #include "FileOperations.h"
 
-#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -10,6 +9,7 @@
 #include <limits>
 
 #include <YBase/CancellationGuard.h>
+#include <YBase/OpenDescriptor.h>
 
 #include "Platform.h"
 
@@ -21,7 +21,9 @@ class SystemFileOperations final : public FileOperations {
  public:
   constexpr SystemFileOperations() noexcept = default;
 
-  int Open(const char* path, int flags, mode_t mode) noexcept override { return ::open(path, flags, mode); }
+  int Open(const char* path, int flags, mode_t mode) noexcept override {
+    return YBase::OpenDescriptor(path, flags, mode);
+  }
   int Close(int descriptor) noexcept override {
     // Files are also closed by destructors and in forks, where no cancellation may take effect.
     const YBase::CancellationGuard cancellationGuard;

@@ -1,6 +1,7 @@
 #include "CatalogueFolder.h"
 
 #include <YBase/CancellationGuard.h>
+#include <YBase/StandardDescriptorsGuard.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -88,6 +89,7 @@ void CheckPlaces(const std::vector<Catalogue>& catalogues, CatalogueFaults& faul
 std::vector<Catalogue> ReadCatalogueFolder(const std::string& folder, CatalogueFaults& faults) {
   // Otherwise a cancellation could take effect in a destructor that closes a file.
   const YBase::CancellationGuard cancellationGuard;
+  const YBase::StandardDescriptorsGuard descriptorsGuard;
   std::vector<Catalogue> catalogues;
   for (const std::string& path : ListFiles(folder, faults)) {
     auto text = ReadFileText(path, faults);

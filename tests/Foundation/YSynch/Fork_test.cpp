@@ -159,7 +159,7 @@ constinit YBase::NeverDestroyed<CriticalSection> gsStaticSection(YSynch::LOCK_ST
 [[maybe_unused]] const bool gsbJoinedForks = (gsStaticSection->JoinForks(), true);
 constinit bool gsbTakenBeforeStaticObjects = false;
 
-[[gnu::constructor(102)]] void TakeBeforeStaticObjects() {
+[[gnu::constructor(103)]] void TakeBeforeStaticObjects() {
   const CriticalSection::SmartLock lock(*gsStaticSection);
   gsbTakenBeforeStaticObjects = true;
 }

@@ -15,7 +15,7 @@ namespace {
 constinit const std::string* gspEarlyLine = nullptr;
 
 /// Before the static objects of this program, in whatever order its sources are linked.
-[[gnu::constructor(102)]] void LogEarly() {
+[[gnu::constructor(103)]] void LogEarly() {
   const YLog::Initializer initializer;
   YLog::SetServerInstanceName(L"early");
   const auto destination = Support::New<Support::RecordingDestination>();

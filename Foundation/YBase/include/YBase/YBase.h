@@ -15,11 +15,13 @@
 #include <YBase/ModuleMainPtr.h>
 #include <YBase/NeverDestroyed.h>
 #include <YBase/NumberText.h>
+#include <YBase/OpenDescriptor.h>
 #include <YBase/PublishedOnce.h>
 #include <YBase/ReferenceCounted.h>
 #include <YBase/ReturnString.h>
 #include <YBase/SignalGuard.h>
 #include <YBase/SmartPtrI.h>
+#include <YBase/StandardDescriptorsGuard.h>
 #include <YBase/StrongPtr.h>
 #include <YBase/System.h>
 #include <YBase/TextBuffer.h>
