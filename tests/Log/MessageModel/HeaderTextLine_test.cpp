@@ -53,6 +53,20 @@ TEST(HeaderTextLine, ShowsUserSessionAndObject) {
   EXPECT_TRUE(std::string(header->ToString()).ends_with("[UID:alice][SID:4711][OID:order 7]"));
 }
 
+TEST(HeaderTextLine, HasASourcePositionForNoNameButError) {
+  for (const char* name : {"error", "ERROR", "Erro", "E", "Errors", "Error ", " Error", "Error\n", ""}) {
+    const SmartPtrI<MessageHeader> header = CreateExample("Error");
+    EXPECT_NE(header->SetDispatcherName(name), 0) << name;
+    EXPECT_TRUE(std::string(header->ToString()).ends_with("[OID:0]")) << name;
+  }
+}
+
+TEST(HeaderTextLine, HasASourcePositionForAHeaderThatHasBecomeOneOfAnError) {
+  const SmartPtrI<MessageHeader> header = CreateExample("error");
+  EXPECT_EQ(header->SetDispatcherName("Error"), 0);
+  EXPECT_TRUE(std::string(header->ToString()).ends_with("[engine_main:Run at line:42]"));
+}
+
 TEST(HeaderTextLine, HasNoSourcePositionWithoutAFileOrAFunction) {
   for (const char* missing : {"", static_cast<const char*>(nullptr)}) {
     const SmartPtrI<MessageHeader> noFile = CreateExample("Error");

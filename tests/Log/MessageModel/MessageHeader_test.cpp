@@ -242,8 +242,8 @@ TEST(MessageHeader, SettersMayBeGivenWhatGettersOfTheSameHeaderReturn) {
 
 TEST(MessageHeader, TakesLongTextsControlBytesAndInvalidUtf8AsTheyAre) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
-  for (const std::string& text : {std::string("\x01\x02"), std::string("\r\n\t\x7F"),
-                                  std::string("\xC3\x28\xFF"), std::string(10'000, 'x')}) {
+  for (const std::string& text : {std::string("\x01\x02"), std::string("\t\x7F"), std::string("\xC3\x28\xFF"),
+                                  std::string(10'000, 'x')}) {
     header->SetLoggerName(text.c_str());
     header->SetObjectID(text.c_str());
     header->SetMessageID(header->GetMessageID() + 1);

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -14,6 +15,7 @@
 #include <YLog/CmdLogTrace.h>
 
 #include "support/CancelledThread.h"
+#include "support/ForeignLocale.h"
 #include "support/ReadFile.h"
 #include "support/TemporaryDirectory.h"
 
@@ -147,6 +149,17 @@ TEST_F(CmdLogTrace, PrintsAPercentageOfZeroWhereNoCommandIsMarked) {
 TEST_F(CmdLogTrace, RoundsThePercentageToTwoDigits) {
   for (const int commandId : {93, 94, 1}) mTrace.AddToLogTrace(THREAD, commandId, 1);
   EXPECT_TRUE(CollectAndPrint().starts_with("2/3(66.67%)\t\t"));
+}
+
+TEST_F(CmdLogTrace, PrintsNumbersAsEverInALocaleThatWritesThemOtherwise) {
+  const Support::ForeignLocale locale;
+  char number[16];
+  std::snprintf(number, sizeof number, "%.1f", 1.5);
+  ASSERT_STREQ(number, "1,5");
+  for (const int commandId : {93, 94, 1234}) mTrace.AddToLogTrace(THREAD, commandId, 1'234'567);
+  EXPECT_EQ(CollectAndPrint(),
+            "2/3(66.67%)\t\t93:1(1234567/1234567/1234567)\t94:1(1234567/1234567/1234567)\t"
+            "1234:1(1234567/1234567/1234567)\t\n");
 }
 
 TEST_F(CmdLogTrace, PrintsALineForASnapshotOfNothing) {

@@ -10,6 +10,7 @@
 #include <YDataType/DateTime.h>
 #include <YLog/MsgLogTrace.h>
 
+#include "support/ForeignLocale.h"
 #include "support/ReadFile.h"
 #include "support/TemporaryDirectory.h"
 
@@ -123,6 +124,13 @@ TEST_F(MsgLogTrace, PrintsALineForEachDestinationOfEachSnapshotInTheOrderOfNames
               ElementsAre("1\t" + Column("a") + "\t0(0-1-0:2)\t218(0-0-1:3)\t",
                           "1\t" + Column("b") + "\t5(1-0-0:1)\t", "2\t" + Column("a") + "\t",
                           "2\t" + Column("b") + "\t5(1-0-0:4)\t"));
+}
+
+TEST_F(MsgLogTrace, PrintsNumbersAsEverInALocaleThatWritesThemOtherwise) {
+  const Support::ForeignLocale locale;
+  for (int i = 0; i < 1'234; ++i) Add(5, L"a", 1'234'567, 0);
+  EXPECT_THAT(CollectAndPrint(), ElementsAre("1\t" + Column("a") + "\t5(1234-0-0:1234567)\t"));
+  EXPECT_THAT(ReadFile(mFolder.Path() / "messages.txt"), StartsWith("20"));
 }
 
 TEST_F(MsgLogTrace, EndsTheFileInALineFeed) {
