@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdio>
+#include <latch>
 #include <map>
 #include <string>
 #include <thread>
@@ -28,22 +29,28 @@ bool ChildForkedAtTheFirstRecordsLogs(const std::filesystem::path& path, int rou
   Support::DiskFileClient client(path);
   std::atomic<bool> mayLog{false};
   std::atomic<int> ready{0};
+  // In a child, the thread sanitizer takes a thread that had ended before the fork for one that everybody
+  // forgot.
+  std::latch forked(1);
   std::vector<std::jthread> threads;
   for (int thread = 0; thread < RACING_THREADS; ++thread) {
     threads.emplace_back([&] {
       ++ready;
       while (!mayLog) std::this_thread::yield();
       client.Log("first of its thread");
+      forked.wait();
     });
   }
   while (ready != RACING_THREADS) std::this_thread::yield();
   mayLog = true;
   for (std::atomic<int> pause{round % 100 * 20}; pause > 0; --pause) {
   }
-  return Support::SucceedsInChild([&client] {
+  const pid_t child = Support::StartChild([&client] {
     client.Log("child");
     return true;
   });
+  forked.count_down();
+  return Support::SucceededChild(child);
 }
 
 class ForkedClient : public testing::Test {
