@@ -43,7 +43,7 @@ bool ChildForkedAtTheFirstRecordsLogs(const std::filesystem::path& path, int rou
   }
   while (ready != RACING_THREADS) std::this_thread::yield();
   mayLog = true;
-  for (std::atomic<int> pause{round % 100 * 20}; pause > 0; --pause) {
+  for (std::atomic<int> pause{round % 100 * 200}; pause > 0; --pause) {
   }
   const pid_t child = Support::StartChild([&client] {
     client.Log("child");
@@ -149,7 +149,7 @@ TEST_F(ForkedClient, AChildThatNeverLogsDoesNotKeepTheFileLocked) {
 }
 
 TEST(ForkedProcess, HangsNoChildThatIsForkedAtTheFirstRecordsOfItsThreads) {
-  constexpr int ROUNDS = 800;
+  constexpr int ROUNDS = 400;
   const Support::TemporaryDirectory directory;
   const std::filesystem::path path = directory.Path() / "a.log";
   for (int round = 0; round < ROUNDS; ++round) {
