@@ -63,6 +63,14 @@ TEST(MessageMerger, KeepsItsPlaceWhereOneTreeIsDeeperThanTheOther) {
   EXPECT_EQ(message.GetMessage(), L"  erstes\n  zweites");
 }
 
+TEST(MessageMerger, OnlyItsWayUpCanFail) {
+  Message message("top");
+  MessageMerger merger({}, message);
+  EXPECT_TRUE(merger.GoToLowerLevelMessage());
+  EXPECT_TRUE(merger.GoToSameLevelMessage());
+  EXPECT_FALSE(merger.GoToParent());
+}
+
 TEST(MessageMerger, StandsAtTheRootWhenItIsDone) {
   Message message("top");
   message.AddLowerLevelMessage(Message("lower"));

@@ -53,6 +53,10 @@ TEST_F(LoggerRegistry, TakesTheEmptyName) {
   EXPECT_EQ(YLog::GetLogger("", CATEGORY), YLog::GetLogger("", CATEGORY));
 }
 
+TEST_F(LoggerRegistry, RefusesNullForAName) {
+  EXPECT_DEBUG_DEATH(YLog::GetLogger(nullptr, CATEGORY), "name != nullptr");
+}
+
 TEST_F(LoggerRegistry, ShowsANewLoggerToTheHookOnce) {
   YLog::GetLogger("A", CATEGORY);
   YLog::GetLogger("A", CATEGORY);

@@ -1,29 +1,40 @@
 #include "Module/ModuleMain_Impl.h"
 
+#include <functional>
 #include <memory>
 
 #include <YBase/Message.h>
+#include <YLog/ThreadSpecificLogHeaders.h>
 #include <YSynch/ThreadSpecificLogHeaders.h>
 
 namespace {
 
 using YLog::ModuleMain_Impl;
 
-/// What is registered looks for a started library, in vain here: these modules are not that of the process.
-bool IsRegistered() {
+/// Whether a function is registered for what is called here. One that is looks for a started library, in
+/// vain: these modules are not that of the process.
+bool LooksForTheLibrary(const std::function<void()>& call) {
   try {
-    EXPECT_EQ(nullptr, YSynch::GetThreadSpecificLogHeaders());
+    call();
     return false;
   } catch (const YBase::Message&) {
     return true;
   }
 }
 
+/// How many of the three functions are registered.
+int CountRegistrations() {
+  YLog::ThreadSpecificLogHeaders headers;
+  return int{LooksForTheLibrary([] { EXPECT_EQ(nullptr, YSynch::GetThreadSpecificLogHeaders()); })} +
+         int{LooksForTheLibrary([&] { YSynch::SetThreadSpecificLogHeaders(&headers); })} +
+         int{LooksForTheLibrary([] { YSynch::UnsetThreadSpecificLogHeaders(); })};
+}
+
 TEST(ModuleMainImpl, WithdrawsFromTheProcessWhenItStops) {
   const auto module = std::make_unique<ModuleMain_Impl>();
-  EXPECT_TRUE(IsRegistered());
+  EXPECT_EQ(3, CountRegistrations());
   module->Stop();
-  EXPECT_FALSE(IsRegistered());
+  EXPECT_EQ(0, CountRegistrations());
 }
 
 TEST(ModuleMainImpl, DestroyedAfterTheNextOneHasStartedLeavesThatAlone) {
@@ -31,7 +42,7 @@ TEST(ModuleMainImpl, DestroyedAfterTheNextOneHasStartedLeavesThatAlone) {
   former->Stop();
   const auto next = std::make_unique<ModuleMain_Impl>();
   former = nullptr;
-  EXPECT_TRUE(IsRegistered());
+  EXPECT_EQ(3, CountRegistrations());
   next->Stop();
 }
 
