@@ -66,9 +66,8 @@ bool BackupFiles::IsTaken(unsigned long number) const {
       ("YLog::BackupFiles::MakeRoom: '" + YBase::WideCharToUTF8(path.c_str()) + "' is a directory").c_str());
 }
 
-/// The highest number that a backup may have. Names from ".bak100" on are one byte longer, and may not fit
-/// where
-/// ".bak00" does.
+/// The highest number that a backup may have. Names from ".bak100" on are one byte longer than ".bak00", and
+/// may not fit.
 unsigned long BackupFiles::GetLastNumber() const {
   constexpr unsigned long LAST_OF_TWO_DIGITS = 99;
   const unsigned long last = mCount > 0 ? mCount - 1 : 0;

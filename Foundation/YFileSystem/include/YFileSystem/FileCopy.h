@@ -42,8 +42,7 @@ class YFILESYSTEM_EXPORT FileCopy {
   void Complete(UpdateableFile& original);
   bool IsComplete() const noexcept;
 
-  /// Whether the original begins with all bytes of the copy. Not known, and so false, where it cannot be
-  /// read.
+  /// Whether the original begins with all bytes of the copy. False if the copy cannot be read.
   bool IsBeginningOf(UpdateableFile& original);
 
   /// Whether it still has the name that it was created or found by.
