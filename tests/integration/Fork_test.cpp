@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <cstdio>
-#include <latch>
 #include <map>
 #include <string>
 #include <thread>
@@ -12,7 +11,6 @@
 
 #include "support/ChildProcess.h"
 #include "support/DiskFileClient.h"
-#include "support/ForkedThread.h"
 #include "support/LogFiles.h"
 #include "support/TemporaryDirectory.h"
 
@@ -21,37 +19,6 @@ namespace {
 constexpr int CHILDREN = 20;
 constexpr int RECORDS_OF_A_CHILD = 50;
 constexpr int THREADS = 4;
-constexpr int RACING_THREADS = 2;
-
-/// In a process that has never logged: threads log their first records, and a child is forked at that moment,
-/// a little later in each round, and logs as well.
-bool ChildForkedAtTheFirstRecordsLogs(const std::filesystem::path& path, int round) {
-  Support::DiskFileClient client(path);
-  std::atomic<bool> mayLog{false};
-  std::atomic<int> ready{0};
-  // In a child, the thread sanitizer takes a thread that had ended before the fork for one that everybody
-  // forgot.
-  std::latch forked(1);
-  std::vector<std::jthread> threads;
-  for (int thread = 0; thread < RACING_THREADS; ++thread) {
-    threads.emplace_back([&] {
-      ++ready;
-      while (!mayLog) std::this_thread::yield();
-      client.Log("first of its thread");
-      forked.wait();
-    });
-  }
-  while (ready != RACING_THREADS) std::this_thread::yield();
-  mayLog = true;
-  for (std::atomic<int> pause{round % 100 * 200}; pause > 0; --pause) {
-  }
-  const pid_t child = Support::StartChild([&client] {
-    client.Log("child");
-    return true;
-  });
-  forked.count_down();
-  return Support::SucceededChild(child);
-}
 
 class ForkedClient : public testing::Test {
  protected:
@@ -146,19 +113,6 @@ TEST_F(ForkedClient, AChildThatNeverLogsDoesNotKeepTheFileLocked) {
   close(ends[1]);
   EXPECT_EQ(child.Wait(), 0);
   EXPECT_EQ(Lines().size(), 2U);
-}
-
-TEST(ForkedProcess, HangsNoChildThatIsForkedAtTheFirstRecordsOfItsThreads) {
-  constexpr int ROUNDS = 400;
-  const Support::TemporaryDirectory directory;
-  const std::filesystem::path path = directory.Path() / "a.log";
-  for (int round = 0; round < ROUNDS; ++round) {
-    ASSERT_EQ(
-        Support::ChildProcess([&] { return ChildForkedAtTheFirstRecordsLogs(path, round) ? 0 : 1; }).Wait(),
-        0)
-        << "round " << round;
-  }
-  EXPECT_EQ(Support::ReadLogFiles(path).mLines.size(), ROUNDS * (RACING_THREADS + 1U));
 }
 
 TEST_F(ForkedClient, CanForkAgain) {

@@ -52,7 +52,7 @@ AllocationHook::~AllocationHook() {
 
 }  // namespace Support
 
-// Those that do not throw call these. Those for arrays would, too, but not where a sanitizer replaces them.
+// By default the others call the first of these. Where a sanitizer replaces them they do not.
 
 void* operator new(std::size_t size) {
   Support::CountAllocation();
@@ -74,6 +74,17 @@ void* operator new[](std::size_t size) {
 }
 void* operator new[](std::size_t size, std::align_val_t alignment) {
   return ::operator new(size, alignment);
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return ::operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept {
+  return ::operator new(size, nothrow);
 }
 
 void operator delete(void* memory) noexcept {
@@ -98,5 +109,11 @@ void operator delete[](void* memory, std::align_val_t) noexcept {
   std::free(memory);
 }
 void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, const std::nothrow_t&) noexcept {
   std::free(memory);
 }
