@@ -6,9 +6,9 @@
 
 namespace YLog {
 
-/// The way back from a callback to an object that must not be kept alive by it.
+/// Leads from a callback to the object that it reports to, without keeping the object alive.
 ///
-/// Ownership: none. The object sets the pointer when it may be called, and takes it back, from
+/// Ownership: none. The object sets the pointer once it may be called, and clears it in
 /// `ReferenceCountIsAboutToReachZero`, before it is destroyed.
 ///
 /// Threads: any.
@@ -20,12 +20,12 @@ class BackPointer {
     mpOwner = owner;
   }
 
-  /// A reference to the owner; null where there is none, or it is on its way out.
+  /// A reference to the owner. Null if there is no owner, or it is being destroyed.
   YBase::SmartPtrI<Owner> Get() noexcept {
     const YSynch::CriticalSection::SmartLock lock(mCS);
     if (mpOwner == nullptr || !mpOwner->TryAddRef()) return nullptr;
     YBase::SmartPtrI<Owner> owner(mpOwner);
-    // Not the last: the smart pointer has added one of its own.
+    // Not the last reference: the smart pointer has added another.
     mpOwner->Release();
     return owner;
   }

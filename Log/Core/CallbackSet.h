@@ -27,13 +27,13 @@ class CallbackSet {
   using Set = std::set<YBase::SmartPtrI<Callback>, AddressOrder>;
 
  public:
-  /// What was removed: still referred to, until it is destroyed.
+  /// What was removed. It holds the reference until it is destroyed.
   using Removed = typename Set::node_type;
 
-  /// Takes over the reference, unless the callback is there already.
+  /// Takes the reference, unless the set has the callback already.
   void Add(YBase::SmartPtrI<Callback>& callback) { mCallbacks.insert(std::move(callback)); }
 
-  /// Gives back the reference, for the caller to release where the callback's destructor may run.
+  /// Returns the reference, so that the caller can release it where the callback's destructor may run.
   Removed Remove(const Callback* callback) noexcept {
     const auto position = mCallbacks.find(callback);
     return position != mCallbacks.end() ? mCallbacks.extract(position) : Removed();

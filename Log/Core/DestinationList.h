@@ -10,15 +10,15 @@
 
 namespace YLog {
 
-/// The destinations of a dispatcher as they were at one moment. A message takes a reference to the whole list
-/// instead of a copy, and so goes to all of it, whatever is set meanwhile.
+/// The destinations of a dispatcher as they were at one moment. A message holds a reference to the whole list
+/// instead of a copy, so it reaches all of these destinations even if others are set in the meantime.
 ///
 /// Never changes after construction. Threads: any.
 class DestinationList final : public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
   explicit DestinationList(const YDataType::ObjectCollection<Destination>& destinations);
 
-  /// Hands a message to each destination, front to back. What one throws ends it there.
+  /// Passes a message to each destination, front to back. If one throws, those after it receive nothing.
   void LogMessage(const char* text, const MessageHeader& header) const;
   void LogMessage(const MessageHeader& header, const MessageBody& body) const;
 

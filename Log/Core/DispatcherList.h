@@ -8,8 +8,8 @@
 
 namespace YLog {
 
-/// The dispatchers of a logger, each known outside by a cookie made of its place. Places stay what they are:
-/// dispatchers are added at the end and replaced, never removed. None is null.
+/// The dispatchers of a logger. Clients know each of them by a cookie, which encodes its place. A place never
+/// changes: dispatchers are added at the end and replaced, never removed. None is null.
 ///
 /// Threads: like any value.
 class DispatcherList {
@@ -31,19 +31,19 @@ class DispatcherList {
   /// Null past the end.
   YBase::SmartPtrI<Dispatcher> Get(std::size_t index) const;
   bool Contains(const Dispatcher& dispatcher) const noexcept;
-  /// The place of the first dispatcher of that name; the count where there is none.
+  /// The place of the first dispatcher with that name, or the count if there is none.
   std::size_t FindName(const char* name) const;
 
-  /// Whether the hook has had its say about that place. False past the end.
+  /// Whether the hook has configured the dispatcher of that place. False past the end.
   bool IsConfigured(std::size_t index) const noexcept;
 
   /// Returns the new dispatcher's place.
   ///
   /// Failure: when there are as many dispatchers as cookies, throws `YBase::ExceptionImpl<YBase::Message>`.
   std::size_t Add(YBase::SmartPtrI<Dispatcher> dispatcher);
-  /// Puts a dispatcher into the place of another, which is returned. \pre `index` is below the count.
+  /// Puts a dispatcher into the place of another and returns the other. \pre `index` is below the count.
   YBase::SmartPtrI<Dispatcher> Replace(std::size_t index, YBase::SmartPtrI<Dispatcher> dispatcher) noexcept;
-  /// Places are configured until this says otherwise. \pre `index` is below the count.
+  /// A place counts as configured until this is called. \pre `index` is below the count.
   void SetConfigured(std::size_t index, bool configured) noexcept;
 
  private:

@@ -15,7 +15,7 @@ namespace {
 using BaseException = YBase::ExceptionImpl<YBase::Message>;
 using BundlePtr = YBase::SmartPtrI<YResource::Bundle>;
 
-/// What stands in for a text where the logger has no catalogue: as a catalogue without it would say.
+/// The text for a message ID if the logger has no catalogue. It is what a catalogue without that ID returns.
 YBase::ReturnString GetDefault(unsigned messageID, const char* defaultText) {
   if (defaultText != nullptr && *defaultText != '\0') return defaultText;
   YBase::Message message;
@@ -77,7 +77,7 @@ void LogMessageAndThrowBaseException(Router& router, const char* messageTemplate
 void LogMessageAndThrowBaseException(Router& router, unsigned messageID,
                                      YResource::MessageFormatter& formatter, const char* defaultTemplate) {
   YResource::FormattedText text;
-  // The catalogue is let go before the text is logged.
+  // The catalogue is released before the text is logged.
   FormatByID(router.GetResourceBundle(), messageID, formatter, defaultTemplate, text);
   router.LogMessage(text.CStr(), messageID, nullptr, nullptr, 0);
   throw MakeException(text.CStr(), messageID);

@@ -6,11 +6,10 @@
 
 namespace YLog {
 
-/// A message on its way to the destinations, and the header and body for it.
+/// A message that is being passed to the destinations, with its header and body.
 ///
-/// They are those of the calling thread. While those are taken by a message under way, whose destination has
-/// logged another one, the other one gets a header and a body of its own, for the same thread and the same
-/// user, session and object.
+/// They belong to the calling thread. If a destination logs another message while they are in use, the other
+/// message has its own header, a copy, and its own body.
 ///
 /// Threads: created, used and destroyed by one.
 class MessageUnderWay {
@@ -28,7 +27,7 @@ class MessageUnderWay {
  private:
   const bool mbOutermost;
   YBase::SmartPtrI<MessageHeader> mpHeader;
-  // Null until it is asked for: most messages are ready texts.
+  // Null until it is needed: most messages are plain texts.
   YBase::SmartPtrI<MessageBody> mpBody;
 };
 

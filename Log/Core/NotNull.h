@@ -4,7 +4,7 @@
 
 namespace YLog {
 
-/// For texts that must not be null: debug builds refuse null, others take it for empty.
+/// For texts that must not be null: debug builds refuse null, other builds treat it as empty.
 inline const char* NotNull(const char* text) {
   assert(text != nullptr);
   return text != nullptr ? text : "";

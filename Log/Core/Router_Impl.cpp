@@ -13,7 +13,8 @@ YBase::SmartPtrI<Router> CreateRouter(const char* loggerName, const char* dispat
   return router;
 }
 
-/// What the logger holds instead of the router, which holds it: no circle of references arises.
+/// The logger holds this instead of the router, which holds the logger: otherwise there would be a cycle of
+/// references.
 class Router_Impl::CallbackProxy final : public Logger::Callback,
                                          public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
@@ -79,14 +80,15 @@ void Router_Impl::DispatcherChanged(unsigned short cookie) {
 }
 
 void Router_Impl::UpdateEnabled() {
-  // Two threads may be here at once, for two changes, and the one that looked first may write last. Looking
-  // again after writing leaves the flag right whoever that is: a look that saw the old state was before the
-  // other's change, and so was the writing before it.
+  // Two threads may be here at once, for two changes, and the one that read first may write last. Each
+  // therefore reads again after writing. A thread whose last read saw the old state wrote before the other's
+  // change, and so before the other wrote.
   bool enabled = GetDispatcher()->IsEnabled();
   bool written = false;
   do {
     written = enabled;
-    // Relaxed: the dispatcher's lock, taken by the next look, puts it before what the other thread writes.
+    // Relaxed: the next read takes the dispatcher's lock, which orders this before what the other thread
+    // writes.
     mEnabled.store(written, std::memory_order_relaxed);
     enabled = GetDispatcher()->IsEnabled();
   } while (enabled != written);

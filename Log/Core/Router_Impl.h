@@ -12,13 +12,13 @@ namespace YLog {
 
 class Router_Impl final : public Router, public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
-  /// Disabled, and deaf to changes, until `FollowDispatcher` is called.
+  /// Disabled, and not notified of changes, until `FollowDispatcher` is called.
   Router_Impl(const char* loggerName, const char* dispatcherName, YSynch::EnumORBLockStackCategory category);
 
   /// Sets `mEnabled`, now and at every change of the dispatcher.
   ///
-  /// Not part of construction: a change may be heard by another thread at once, which must be able to hold
-  /// the router, and must still hold it when this fails. \pre The caller holds a reference.
+  /// Not part of the constructor: another thread may report a change at once and then holds a reference to
+  /// the router, even if this fails. \pre The caller holds a reference.
   void FollowDispatcher();
 
   Logger* GetLogger() const override { return mpLogger.Get(); }

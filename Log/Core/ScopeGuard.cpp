@@ -12,7 +12,7 @@ constexpr const char* ENTER = "Enter '%1' near %2(%3)";
 constexpr const char* LEAVE = "Leave '%1' near %2(%3)";
 constexpr const char* LEAVE_WITH_RETURN_CODE = "Leave '%1' near %2(%3) with %4";
 
-/// The position stands in the text, so the header has none.
+/// The text contains the source position, so the header has none.
 void LogTrace(Router& router, const char* messageTemplate, YResource::MessageFormatter& formatter) {
   LogFormatted(router, messageTemplate, formatter, nullptr, nullptr, 0);
 }

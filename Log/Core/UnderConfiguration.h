@@ -5,10 +5,10 @@
 
 namespace YLog {
 
-/// What the calling thread is showing to the configuration hook at the moment: a new object of an owner that
-/// hands out such objects by name. A hook that asks the owner for the same name, because it logs through what
-/// it is configuring, is given this object. A second one would be shown to the hook, too, and so on without
-/// end.
+/// The object that the calling thread is showing to the configuration hook: a new one, of an owner that
+/// returns such objects by name. If the hook asks the owner for the same name, because it logs through what
+/// it is configuring, it receives this object. A new one would be shown to the hook as well, and so on
+/// without end.
 ///
 /// Ownership: none. The owner, the name and the object outlive it.
 ///
@@ -22,7 +22,7 @@ class UnderConfiguration {
   UnderConfiguration(const UnderConfiguration&) = delete;
   UnderConfiguration& operator=(const UnderConfiguration&) = delete;
 
-  /// The object of that owner and name, or null where the calling thread shows none.
+  /// The object of that owner and name, or null if the calling thread shows none.
   static Object* Find(const Owner& owner, const char* name) noexcept {
     for (const UnderConfiguration* shown = spInnermost; shown != nullptr; shown = shown->mpOuter) {
       if (&shown->mOwner == &owner && std::strcmp(shown->mpName, name) == 0) return &shown->mObject;

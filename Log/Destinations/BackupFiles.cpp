@@ -19,7 +19,7 @@ void BackupFiles::Rotate(YFileSystem::UpdateableFile& log) const {
   SettleInterruptedRotation(log);
   auto copy = YFileSystem::FileCopy::Create(CopyPath().c_str());
   if (!copy) return;
-  // Before the copy is filled: on a full disk the oldest backup gives it its space.
+  // Before the copy is filled, because on a full disk it needs the space of the oldest backup.
   MakeRoom();
   if (!copy->Fill(log)) {
     throw YBase::ExceptionImpl<YBase::Message>(
@@ -47,7 +47,7 @@ void BackupFiles::SettleInterruptedRotation(YFileSystem::UpdateableFile& log) co
   }
 }
 
-/// Deletes the oldest backup where every number is taken, and moves the others up so that number 0 is free.
+/// Deletes the oldest backup if every number is taken, and moves the others up so that number 0 is free.
 void BackupFiles::MakeRoom() const {
   const unsigned long last = GetLastNumber();
   unsigned long free = 0;

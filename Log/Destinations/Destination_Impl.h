@@ -12,7 +12,7 @@ namespace YLog {
 /// What all destinations of the library have in common.
 class Destination_Impl : public virtual Destination {
  public:
-  // Those with a text stay visible, for the classes derived from this.
+  // Keeps the overloads that take a text visible in derived classes.
   using Destination::LogMessage;
   void LogMessage(const MessageHeader& header, const MessageBody& body) const override;
   void SetCallstackMessageIDs(const unsigned* ids, unsigned count) override;
@@ -23,14 +23,14 @@ class Destination_Impl : public virtual Destination {
   Destination_Impl() = default;
   ~Destination_Impl() override = default;
 
-  /// Appends a whole record: header, message, and the call stack where the message is one of those that show
-  /// it. The line feed behind it is left out where the record is empty.
+  /// Appends a whole record: header, message, and the call stack if the message ID is one of those that show
+  /// it. An empty record has no line feed.
   void FormatMultiLineMessageText(unsigned messageID, const char* headerText, const char* messageText,
                                   bool appendNewLine, RecordText& record) const;
 
  private:
   CallstackMessageIDs mCallstackMessageIDs;
-  // Relaxed: a number that is set before messages flow, and on which nothing else depends.
+  // Relaxed: it is set before messages are logged, and nothing else depends on it.
   std::atomic<unsigned short> mLanguageID{0};
 };
 

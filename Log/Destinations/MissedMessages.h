@@ -15,15 +15,15 @@ class MissedMessages {
  public:
   /// Writing failed, and `count` messages are lost with it.
   void Begin(std::string reason, int count);
-  /// A message is dropped within the retry period. That moves no time: only failures do.
+  /// A message is dropped within the retry period. That changes none of the times: only failures do.
   void CountDropped() noexcept;
-  /// Trying again failed, and the message that tried is lost; since when and why stays as it was.
+  /// A retry failed, and its message is lost. The start and the reason of the failure stay as they were.
   void RetryFailed();
-  /// They have been reported, and why.
+  /// The missed messages and the reason have been reported.
   void Clear() noexcept;
 
-  /// Whether the retry period is over, by the wall clock or by one that is never set back; it always is
-  /// before the first failure.
+  /// Whether the retry period is over, by the wall clock or by the monotonic clock. True before the first
+  /// failure.
   bool IsRetryDue() const;
   bool IsEmpty() const noexcept { return mCount == 0; }
 
@@ -35,7 +35,7 @@ class MissedMessages {
 
   YDataType::DateTime mFailureStartTime{0.0};
   YDataType::DateTime mLastFailureTime{0.0};
-  // The same moment on a clock that nobody sets; none before the first failure.
+  // The same moment on the monotonic clock. None before the first failure.
   std::optional<std::chrono::nanoseconds> mLastFailureMoment;
   std::string mReason;
   int mCount = 0;

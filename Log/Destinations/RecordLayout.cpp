@@ -28,7 +28,8 @@ const char* AppendLine(const char* text, RecordText& record) {
 void AppendMultiLineMessageText(const char* headerText, const char* messageText, RecordText& record) {
   const bool hasMessage = messageText != nullptr && *messageText != '\0';
   const char* message = hasMessage ? SkipLineBreaks(messageText) : "";
-  // Of line breaks only: not even the header is shown. A message that is missing altogether shows it.
+  // A message of nothing but line breaks is not logged at all, not even its header. An empty one shows the
+  // header.
   if (hasMessage && *message == '\0') return;
 
   const std::string_view prefix = headerText != nullptr ? SkipLineBreaks(headerText) : "";

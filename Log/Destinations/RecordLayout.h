@@ -4,7 +4,7 @@
 
 namespace YLog {
 
-/// A record under construction: ordinary ones need no heap.
+/// A record under construction. Ordinary records need no heap.
 using RecordText = YBase::TextBuffer<4096>;
 
 /// Appends the layout that `FormatMultiLineMessageText` describes to `record`.

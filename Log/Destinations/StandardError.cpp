@@ -17,8 +17,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Keeps what the host writes with the stream apart from what is written as long as this exists, and leaves
-/// the stream's error indicator as it was unless writing fails in the end.
+/// Locks the stream against output of the host. Leaves the stream's error indicator as it was, unless writing
+/// fails in the end.
 class LockedStream {
  public:
   LockedStream() noexcept {
@@ -29,7 +29,7 @@ class LockedStream {
   LockedStream(const LockedStream&) = delete;
   LockedStream& operator=(const LockedStream&) = delete;
 
-  /// How much was taken. `errno` is 0 where the reason why it was not everything is unknown.
+  /// How much was written. If that is not everything and the reason is unknown, `errno` is 0.
   static std::size_t Write(std::string_view text) noexcept {
     errno = 0;
     return std::fwrite(text.data(), 1, text.size(), stderr);
@@ -50,8 +50,7 @@ bool IsFileSizeLimited() noexcept {
 }  // namespace
 
 void StandardError::Write(std::string_view text) noexcept {
-  // Standard error may be a pipe whose reader is gone, or a file that may not grow: no reason for the host to
-  // die.
+  // Standard error may be a pipe without a reader, or a file that may not grow. Neither must end the host.
   const YBase::SignalGuard pipeGuard(SIGPIPE);
   std::optional<YBase::SignalGuard> sizeGuard;
   if (IsFileSizeLimited()) sizeGuard.emplace(SIGXFSZ);
@@ -75,8 +74,8 @@ bool StandardError::WriteWhole(std::string_view text) noexcept {
   return true;
 }
 
-/// Without a bound for a text that has been begun. Every other one waits until `end`, unless one before it
-/// has waited in vain.
+/// Waits without a bound if part of the text has been written; otherwise until `end`, or not at all if the
+/// text before has waited in vain.
 bool StandardError::WaitForRoom(TimePoint end, bool isBegun) noexcept {
   if (mbReaderHasStopped && !isBegun) return false;
   pollfd stream{::fileno(stderr), POLLOUT, 0};

@@ -5,20 +5,19 @@
 
 namespace YLog {
 
-/// Writes texts through the process's standard error stream, each of them whole.
+/// Writes texts to the process's standard error stream, each of them as a whole.
 ///
-/// What interrupts a call, or lets it take a part only, leads to another call, with the stream locked in
-/// between against output of the host's. A text that has been begun is finished. Where the host has made its
-/// standard error non-blocking, a text that finds no room waits a little for the reader, but not for one that
-/// has stopped reading: such a text is left out.
+/// An interrupted or partial write is continued, and the stream stays locked against output of the host until
+/// then. A text that has been begun is finished. If the host has made its standard error non-blocking, a text
+/// that finds no room waits a little for the reader; after the reader has stopped, texts are dropped instead.
 ///
-/// Threads: one at a time, in a process whose threads cannot be cancelled meanwhile.
+/// Threads: one at a time, with cancellation disabled.
 ///
-/// Failure: what the stream cannot take is left out. If that is the rest of a text, the next one begins a
-/// line of its own.
+/// Failure: what the stream does not take is dropped. If that is the rest of a text, the next text begins on
+/// a new line.
 class StandardError {
  public:
-  /// How long a text waits at most for a reader of a non-blocking standard error to begin to take it.
+  /// How long a text waits at most until the reader of a non-blocking standard error begins to take it.
   explicit StandardError(std::chrono::milliseconds patience = std::chrono::seconds(1)) noexcept
       : mPatience(patience) {}
 

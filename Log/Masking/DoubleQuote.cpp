@@ -2,8 +2,8 @@
 
 namespace YLog {
 
-// One search for quotes with a look back, not two searches side by side: where the text holds many quotes and
-// the next escaped one is far away, each of them would look all the way for it.
+// Searches for quotes and looks back from each. Searching for quotes and for escaped quotes separately would
+// scan the text again for each quote if the next escaped one is far away.
 std::size_t hFindFirstDoubleQuote(std::string_view text, std::size_t start) noexcept {
   std::size_t quote = text.find('"', start);
   while (quote != std::string_view::npos && quote > start && text[quote - 1] == '\\') {

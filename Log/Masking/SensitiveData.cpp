@@ -31,16 +31,16 @@ struct SensitiveTag {
   std::atomic<SensitiveTag*> next{nullptr};
 };
 
-// Release where a tag is appended and acquire where it is reached: a reader sees a tag complete.
+// Release where a tag is appended, acquire where it is read: a reader sees only complete tags.
 constinit std::atomic<SensitiveTag*> gsHTTPSensitiveTagVector{nullptr};
 
-/// Puts the tag into a place of the list if it is empty. Returns what stands there now.
+/// Puts the tag into a place of the list if that is empty. Returns the tag that is there now.
 SensitiveTag* PutIfEmpty(std::atomic<SensitiveTag*>& place, SensitiveTag* tag) noexcept {
   SensitiveTag* present = nullptr;
   return place.compare_exchange_strong(present, tag, std::memory_order_acq_rel) ? tag : present;
 }
 
-/// Several threads may find the list empty at once: one tag is put in, the others go.
+/// Several threads may find the list empty at once: one tag is added, the others are destroyed.
 const SensitiveTag* GetFirstTag() {
   const SensitiveTag* first = gsHTTPSensitiveTagVector.load(std::memory_order_acquire);
   if (first != nullptr) return first;
@@ -50,7 +50,7 @@ const SensitiveTag* GetFirstTag() {
   return first;
 }
 
-/// Where a value stands: from its first character to the double quote that ends it.
+/// The position of a value: from its first character to the double quote that ends it.
 struct POSITION {
   std::size_t start;
   std::size_t end;
@@ -58,8 +58,8 @@ struct POSITION {
 
 constexpr POSITION NO_VALUE{NOT_FOUND, NOT_FOUND};
 
-/// Not `std::string_view::find`, which takes the product of both lengths where the text keeps beginning the
-/// pattern and does not go on with it.
+/// Not `std::string_view::find`, which takes time proportional to the product of both lengths if the text
+/// repeats the beginning of the pattern.
 std::size_t Find(std::string_view text, std::string_view pattern, std::size_t start) noexcept {
   const void* found = ::memmem(text.data() + start, text.size() - start, pattern.data(), pattern.size());
   return found == nullptr ? NOT_FOUND
@@ -83,8 +83,8 @@ POSITION FindJSONValue(std::string_view text, std::string_view pattern, std::siz
   return {openingQuote + 1, hFindFirstDoubleQuote(text, openingQuote + 1)};
 }
 
-/// Copies the text with every value that `findValue` finds replaced. Nothing is moved twice: replacing inside
-/// the text would move all that follows, once for each value.
+/// Copies the text with every value that `findValue` finds replaced. Replacing inside the text would move all
+/// that follows once for each value.
 template <class FindValue>
 std::string ReplaceValues(std::string_view text, std::string_view pattern, std::string_view replacement,
                           FindValue findValue) {

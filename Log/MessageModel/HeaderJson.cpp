@@ -23,8 +23,8 @@ constexpr const char* LOG_SID = "sid";
 constexpr const char* LOG_OID = "oid";
 constexpr const char* HEX_PREFIX = "0x";
 
-/// JsonCpp takes the bytes behind a broken UTF-8 sequence for a part of it, and good characters would be
-/// lost with the bad ones.
+/// JsonCpp takes the bytes after a broken UTF-8 sequence for a part of it, so valid characters would be lost
+/// as well.
 std::string ValidUTF8(const char* text) {
   return YBase::WideCharToUTF8(YBase::UTF8ToWideChar(text).c_str());
 }
@@ -34,7 +34,8 @@ void SetUnlessEmpty(Json::Value& json, const char* key, const char* text) {
 }
 
 std::string Write(const Json::Value& json) {
-  // Its successor leaves bytes past ASCII as they are and ends in no line feed: readers were built for this.
+  // Its successor does not escape what is not ASCII and writes no line feed at the end, which readers rely
+  // on.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
   return Json::FastWriter().write(json);

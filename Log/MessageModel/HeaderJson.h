@@ -6,8 +6,8 @@ namespace YLog {
 
 class MessageHeader;
 
-/// A header as one JSON object on one line, with a line feed behind it. All values are strings; the message
-/// ID and the user, session and object ID are there only where the header has them.
+/// A header as one JSON object on one line, followed by a line feed. All values are strings. The message ID
+/// and the user, session and object ID are left out if the header has none.
 std::string BuildHeaderJson(const MessageHeader& header);
 
 }  // namespace YLog

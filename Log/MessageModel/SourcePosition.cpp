@@ -12,12 +12,11 @@ namespace {
 
 constexpr std::size_t MAX_FILE_NAME = 255;
 constexpr std::size_t MAX_FUNC_NAME = 127;
-// What a scan format takes for white space in the C locale. A host that sets another one changes nothing
-// here.
+// What a scan format treats as white space in the C locale, whatever locale the host has set.
 constexpr const char* WHITE_SPACE = " \t\n\v\f\r";
 
-/// Takes apart a text from its beginning. Each operation is one directive of a scan format: it moves behind
-/// what it read, or returns false.
+/// Reads a text from its beginning. Each operation is one directive of a scan format: it moves past what it
+/// has read, or returns false.
 class Scanner {
  public:
   explicit Scanner(const char* text) : mpPosition(text) {}
@@ -35,7 +34,8 @@ class Scanner {
     return true;
   }
 
-  /// One character at least, none of them a delimiter. What is longer is cut, and its rest read next.
+  /// At least one character, none of them a delimiter. A longer name is cut; its rest is read by the next
+  /// directive.
   bool ReadName(const char* delimiters, std::size_t maxLength, std::string_view& name) {
     std::size_t length = 0;
     while (length < maxLength && std::strchr(delimiters, mpPosition[length]) == nullptr) ++length;

@@ -11,10 +11,10 @@ struct SourcePosition {
   int lineNumber = 0;
 
   /// Reads the group at the beginning of `text` as the scan format "[%255[^:]:%127s at line:%d]" does, and
-  /// returns how many characters belong to it: those up to the first "]", wherever that stands.
+  /// returns how many characters belong to it: those up to the first "]", wherever that is.
   ///
-  /// Returns 0, and the object is unchanged, where there is no such group: also where it is cut off before
-  /// its "]", and where the number does not fit.
+  /// Returns 0, and the object is unchanged, if there is no such group, if it is cut off before its "]", or
+  /// if the number is too large.
   unsigned FromString(const char* text);
 };
 

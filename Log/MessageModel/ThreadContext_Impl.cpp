@@ -14,7 +14,8 @@ MessageHeader& GetHeaderOfThread() {
   return *gModuleMainPtr->GetThreadContext()->GetMessageHeader();
 }
 
-/// The same bytes as those of a text that was set in wide characters: what is no valid UTF-8 is replaced.
+/// Replaces what is not valid UTF-8, so that the result is the same as for a text that was set in wide
+/// characters.
 YBase::ReturnString Normalise(const std::string& text) {
   return YBase::WideCharToUTF8(YBase::UTF8ToWideChar(text.c_str()).c_str());
 }
@@ -34,7 +35,7 @@ void ThreadContext_Impl::Delete() {
 }
 
 MessageBody* ThreadContext_Impl::GetMessageBody() {
-  // Most threads log ready texts only, and the first body of a process has ICU asked for all languages.
+  // Most threads log plain texts only, and the first body of a process makes ICU list all languages.
   if (!mpMessageBody) mpMessageBody = CreateMessageBody();
   return mpMessageBody.Get();
 }

@@ -18,7 +18,7 @@ class ThreadContext_Impl final : public ThreadContext {
   MessageBody* GetMessageBody() override;
   unsigned long long& GetEpisodeNumber() override { return mEpisodeNumber; }
 
-  /// In a child, makes the context that of the thread that forked. Neither allocates nor locks.
+  /// To be called in a child process, for the thread that forked. Neither allocates nor locks.
   void TakeOverAfterFork() noexcept;
 
  private:

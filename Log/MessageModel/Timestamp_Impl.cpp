@@ -50,7 +50,7 @@ class TimestampText {
  private:
   static constexpr std::size_t NUMBERS = 9;
 
-  /// For the rare number that is longer than its place.
+  /// For the rare number that is longer than its field.
   char* AppendDigits(int value) const noexcept {
     const Digits digits(static_cast<unsigned long>(value));
     return std::copy(digits.View().begin(), digits.View().end(), mpEnd);
@@ -74,7 +74,8 @@ unsigned short ReadNumber(const char*& position) {
   return static_cast<unsigned short>(number);
 }
 
-/// Reads the offset at `position`, which stands on its sign, and moves behind it. False where it goes wrong.
+/// Reads the offset at `position`, which points to its sign, and moves past it. Returns false if it is
+/// malformed.
 bool ReadZone(const char*& position, Zone& zone) {
   zone.eastOfUTC = *position++ == '+';
   zone.hours = ReadNumber(position);

@@ -4,7 +4,7 @@
 
 namespace YLog {
 
-/// The timestamp has no virtual face: the public class is its own implementation.
+/// The public class is its own implementation.
 using Timestamp_Impl = Timestamp;
 
 }  // namespace YLog

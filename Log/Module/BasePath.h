@@ -5,8 +5,7 @@
 
 namespace YLog {
 
-/// The data folder of the sandbox container that the program belongs to, below the home folder as it stands.
-/// UTF-8.
+/// The data folder of the program's sandbox container, below the home folder. UTF-8.
 std::string GetContainerPath(const std::string& home, std::string_view executablePath);
 
 }  // namespace YLog

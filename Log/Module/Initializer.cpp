@@ -10,7 +10,7 @@ constinit YBase::ModuleMainPtr<ModuleMain, ModuleMain_Impl> gModuleMainPtr;
 
 namespace {
 
-/// Keeps a fork from catching the module half started or half stopped.
+/// Makes a fork wait while the module is being started or stopped.
 class StartAndStopGuard final : private YSynch::ForkParticipant {
  public:
   StartAndStopGuard() { Join(); }
@@ -22,8 +22,8 @@ class StartAndStopGuard final : private YSynch::ForkParticipant {
   void AfterForkInChild() noexcept override { gModuleMainPtr.UnlockAfterFork(); }
 };
 
-/// Made at load, so that no fork can meet it half made; never destroyed, because an `Initializer` may be
-/// used, and a process may fork, when static objects go.
+/// Created when the library is loaded, so that no fork can catch it half made. Never destroyed, because an
+/// `Initializer` may be used, and a process may fork, while static objects are destroyed.
 [[maybe_unused]] const auto* const gsStartAndStopGuard = new StartAndStopGuard;
 
 }  // namespace

@@ -38,7 +38,7 @@ YBase::SmartPtrI<Destination_DiskFile> GetDestination_DiskFile(const wchar_t* pa
 }
 
 YBase::SmartPtrI<Destination_DebugOutput> GetDestination_DebugOutput() {
-  // The module's operation returns the base interface; there is only one kind of object behind it.
+  // The module's operation returns the base interface, but the object is always of this kind.
   const YBase::SmartPtrI<Destination> destination = gModuleMainPtr->GetDestination_DebugOutput();
   return YBase::SmartPtrI<Destination_DebugOutput>(dynamic_cast<Destination_DebugOutput*>(destination.Get()));
 }

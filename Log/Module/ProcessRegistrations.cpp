@@ -6,8 +6,8 @@
 
 namespace YLog {
 
-// Delegates, so that the destructor runs when something throws here: the object counts as constructed
-// already.
+// A delegating constructor: if something throws here, the object counts as constructed and the destructor
+// runs.
 ProcessRegistrations::ProcessRegistrations() : ProcessRegistrations(Nothing()) {
   MsgLogTrace::Init();
   YSynch::RegisterThreadSpecificLogHeadersGetter([] { return YLog::GetThreadSpecificLogHeaders(); });

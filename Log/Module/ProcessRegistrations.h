@@ -2,8 +2,8 @@
 
 namespace YLog {
 
-/// What a started module registers in the process: the message trace, and how the synchronisation library
-/// reads, installs and removes the headers of a thread. Destruction undoes all of it.
+/// What a started module registers in the process: the message trace, and the functions by which the
+/// synchronisation library reads, sets and clears the headers of a thread. The destructor undoes all of it.
 ///
 /// \pre At most one exists at a time.
 class ProcessRegistrations {

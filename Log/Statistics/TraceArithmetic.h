@@ -5,15 +5,15 @@
 
 namespace YLog {
 
-/// Stops at the limit: a count that wrapped around would be negative, and make nonsense of the averages.
+/// Saturates: a count that wrapped around would be negative and falsify the averages.
 /// \pre Neither is negative.
 inline int AddCounts(int first, int second) noexcept {
   const long long sum = static_cast<long long>(first) + second;
   return static_cast<int>(std::min<long long>(sum, std::numeric_limits<int>::max()));
 }
 
-/// One average of two, each weighted with its count; the remainder is dropped. 0 where nothing was counted.
-/// \pre Neither count is negative, and each is the sum of a few numbers of 32 bits at most.
+/// Combines two averages, weighted by their counts, rounded towards zero. 0 if nothing was counted.
+/// \pre Neither count is negative, and each is the sum of a few 32-bit numbers at most.
 inline long long GetWeightedAverage(long long first, long long firstCount, long long second,
                                     long long secondCount) noexcept {
   // Extreme durations overflow 64 bits when multiplied; the average itself lies between the two.

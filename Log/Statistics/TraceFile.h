@@ -9,11 +9,11 @@
 
 namespace YLog {
 
-/// The text file that statistics are printed to. Replaced when it is opened; programs that this process
-/// starts do not inherit it. While one exists, a limit on the size of files and a pipe that nobody reads do
-/// not end the host: they are failures like any other. A cancellation of the thread takes effect afterwards.
+/// The text file that statistics are printed to. Opening it replaces its content; programs that this process
+/// starts do not inherit it. While it exists, a file-size limit and a pipe without a reader are ordinary
+/// failures that do not end the host, and the thread cannot be cancelled.
 ///
-/// Threads: belongs to one.
+/// Threads: created, used and destroyed by one.
 class TraceFile {
  public:
   explicit TraceFile(const std::string& path) noexcept;
@@ -21,10 +21,10 @@ class TraceFile {
   TraceFile(const TraceFile&) = delete;
   TraceFile& operator=(const TraceFile&) = delete;
 
-  /// What to print to. Null where the file could not be opened, and once it is closed.
+  /// The stream to print to. Null if the file could not be opened, and after `Close`.
   std::FILE* Get() const noexcept { return mpFile; }
 
-  /// Says whether all that was printed is with the kernel. \pre The file is open.
+  /// Returns whether all that was printed has reached the kernel. \pre The file is open.
   bool Close() noexcept;
 
  private:

@@ -11,8 +11,8 @@ namespace YLog {
 
 /// The figures of a trace object: the current ones of each thread, and the snapshots collected from them.
 ///
-/// Threads: any. Reports of different threads hold the trace object's lock for reading, and so do not wait
-/// for each other; collecting and clearing hold it for writing.
+/// Threads: any. Reports hold the trace object's lock for reading, so different threads do not wait for each
+/// other. Collecting and clearing hold it for writing.
 template <class Key, class Item>
 class TraceTable {
  public:
@@ -23,11 +23,12 @@ class TraceTable {
   TraceTable(const TraceTable&) = delete;
   TraceTable& operator=(const TraceTable&) = delete;
 
-  /// Calls `fold` with the thread's item, with locks held. The item is created where there is none.
+  /// Calls `fold` with the thread's item, with locks held. The item is created if there is none.
   template <class Fold>
   void Update(unsigned long threadId, const Key& key, const Fold& fold) {
     if (UpdateIfThreadIsKnown(threadId, key, fold)) return;
-    // Not found again under the read lock: a collection could always have come first.
+    // Updated under the write lock at once: if it were looked up again under the read lock, a collection
+    // could always come first.
     const YSynch::RWLock::WriteSmartLock lock(mLock);
     mCurrent[threadId].Update(key, fold);
   }
@@ -38,7 +39,8 @@ class TraceTable {
     return thread != mCurrent.end() ? thread->second.Copy() : Items();
   }
 
-  /// Adds the current items up with `merge(combined, item)`, makes a snapshot of the sums and starts anew.
+  /// Adds the current items up with `merge(combined, item)`, makes a snapshot of the sums and clears the
+  /// current items.
   template <class Merge>
   void Collect(const Merge& merge) {
     const YSynch::RWLock::WriteSmartLock lock(mLock);
@@ -48,7 +50,7 @@ class TraceTable {
     mCurrent.clear();
   }
 
-  /// The snapshots, which the table forgets.
+  /// Moves the snapshots out of the table.
   std::vector<Items> TakeSnapshots() {
     const YSynch::RWLock::WriteSmartLock lock(mLock);
     return std::exchange(mSnapshots, {});
@@ -61,7 +63,7 @@ class TraceTable {
   }
 
  private:
-  /// With a lock of its own, because two threads may report under the same ID.
+  /// Has its own lock, because two threads may report under the same ID.
   class ThreadItems {
    public:
     template <class Fold>
