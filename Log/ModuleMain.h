@@ -1,18 +1,13 @@
 #pragma once
 
-#include <string>
-
 #include <YBase/ModuleMainPtr.h>
 #include <YBase/ReturnString.h>
 #include <YBase/SmartPtrI.h>
-#include <YBase/StrongPtr.h>
 #include <YLog/ConfigurationHook.h>
 #include <YLog/Destination_DebugOutput.h>
 #include <YLog/Destination_DiskFile.h>
 #include <YLog/Destination_KafkaLog.h>
 #include <YLog/Logger.h>
-#include <YSynch/RWLock.h>
-#include <YSynch/ThreadAnnotations.h>
 
 namespace YLog {
 
@@ -49,17 +44,17 @@ class ModuleMain {
   /// The calling thread's, made when the thread first asks for it.
   virtual ThreadContext* GetThreadContext() = 0;
 
-  /// Puts the server instance name into a header. Every message needs it, in UTF-8: what
-  /// `GetServerInstanceName` gives would cost each of them a copy and a conversion.
-  void CopyServerInstanceNameTo(MessageHeader& header) const;
+  /// What `GetServerInstanceName` returns would cost each message a copy and a conversion to UTF-8.
+  virtual void CopyServerInstanceNameTo(MessageHeader& header) const = 0;
 
  protected:
-  ModuleMain();
+  ModuleMain() = default;
   ~ModuleMain() = default;
-
-  const YBase::StrongPtr<YSynch::RWLock> mpServerInstanceNameLock;
-  std::string mServerInstanceNameUTF8 YSYNCH_GUARDED_BY(*mpServerInstanceNameLock);
 };
+
+/// A header that says what `header` says, for a message that is logged while `header` is in use.
+/// \pre `CreateMessageHeader` made `header`.
+YBase::SmartPtrI<MessageHeader> CopyMessageHeader(const MessageHeader& header);
 
 class ModuleMain_Impl;
 

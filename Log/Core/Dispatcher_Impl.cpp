@@ -19,13 +19,12 @@ YBase::SmartPtrI<Dispatcher> CreateDispatcher(const char* name) {
   return YBase::SmartPtrI<Dispatcher>(new Dispatcher_Impl(name));
 }
 
-Dispatcher_Impl::Dispatcher_Impl(const char* name)
-    : mpLock(YSynch::CreateRWLock(YSynch::LOCK_STACK_CATEGORY_OBJECT)), mName(NotNull(name)) {}
+Dispatcher_Impl::Dispatcher_Impl(const char* name) : mName(NotNull(name)) {}
 
 void Dispatcher_Impl::LogMessage(const Logger& logger, const char* text, unsigned messageID,
                                  const char* fileName, const char* funcName, int lineNumber) const {
   text = NotNull(text);
-  // One look under the lock serves for the question whether there is a destination, and for the list.
+  // The lock is taken once, both for the list and for whether there is a destination at all.
   const YBase::SmartPtrI<const DestinationList> destinations = GetDestinations();
   if (!destinations) return;
   const MessageUnderWay message;
@@ -73,24 +72,24 @@ void Dispatcher_Impl::SetDestinations(const YDataType::ObjectCollection<Destinat
     list = YBase::SmartPtrI<const DestinationList>(new DestinationList(destinations));
   }
   {
-    const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+    const YSynch::RWLock::WriteSmartLock lock(mLock);
     std::swap(mpDestinations, list);
   }
-  // What was replaced is released last of all, when the callbacks have heard and no lock is held.
+  // The list that was replaced is released at the end, after the callbacks and with no lock held.
   GetCallbacks().ForEach([this](Callback& callback) { callback.DispatcherChanged(*this); });
 }
 
 void Dispatcher_Impl::RegisterCallback(Callback* callback) {
-  // Declared before the lock, here and below, so that it is released after the lock was given back: a
-  // destructor of the client's may run then.
+  // Declared before the lock, here and below, so that it is released after the lock: that may run a
+  // destructor of the client.
   YBase::SmartPtrI<Callback> added(callback);
-  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  const YSynch::RWLock::WriteSmartLock lock(mLock);
   mCallbacks.Add(added);
 }
 
 void Dispatcher_Impl::UnregisterCallback(const Callback* callback) noexcept {
   CallbackSet<Callback>::Removed removed;
-  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  const YSynch::RWLock::WriteSmartLock lock(mLock);
   removed = mCallbacks.Remove(callback);
 }
 
@@ -103,12 +102,12 @@ void Dispatcher_Impl::GetMessageTextJSON(const Logger& logger, const char* /*tex
 }
 
 YBase::SmartPtrI<const DestinationList> Dispatcher_Impl::GetDestinations() const {
-  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  const YSynch::RWLock::ReadSmartLock lock(mLock);
   return mpDestinations;
 }
 
 CallbackSet<Dispatcher::Callback> Dispatcher_Impl::GetCallbacks() const {
-  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  const YSynch::RWLock::ReadSmartLock lock(mLock);
   return mCallbacks;
 }
 

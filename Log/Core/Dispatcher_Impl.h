@@ -3,7 +3,6 @@
 #include <string>
 
 #include <YBase/SmartPtrI.h>
-#include <YBase/StrongPtr.h>
 #include <YLog/Dispatcher.h>
 #include <YSynch/AtomicLong.h>
 #include <YSynch/RWLock.h>
@@ -44,11 +43,11 @@ class Dispatcher_Impl final : public Dispatcher, public YSynch::ReferenceCounted
   YBase::SmartPtrI<const DestinationList> GetDestinations() const;
   CallbackSet<Callback> GetCallbacks() const;
 
-  const YBase::StrongPtr<YSynch::RWLock> mpLock;
+  mutable YSynch::RWLock mLock{YSynch::LOCK_STACK_CATEGORY_OBJECT};
   const std::string mName;
-  // Null stands for a list without destinations.
-  YBase::SmartPtrI<const DestinationList> mpDestinations YSYNCH_GUARDED_BY(*mpLock);
-  CallbackSet<Callback> mCallbacks YSYNCH_GUARDED_BY(*mpLock);
+  // Null if there is no destination.
+  YBase::SmartPtrI<const DestinationList> mpDestinations YSYNCH_GUARDED_BY(mLock);
+  CallbackSet<Callback> mCallbacks YSYNCH_GUARDED_BY(mLock);
 };
 
 }  // namespace YLog

@@ -15,8 +15,8 @@ namespace YLog {
 Logger::~Logger() = default;
 Logger::Callback::~Callback() = default;
 
-/// What the dispatchers hold instead of the logger, which holds them: no circle of references arises. It
-/// outlives the logger where a dispatcher does.
+/// The dispatchers hold this instead of the logger, which holds them: otherwise there would be a cycle of
+/// references. It outlives the logger if a dispatcher does.
 class Logger_Impl::CallbackProxy final : public Dispatcher::Callback,
                                          public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
@@ -32,7 +32,7 @@ class Logger_Impl::CallbackProxy final : public Dispatcher::Callback,
   BackPointer<Logger_Impl> mOwner;
 };
 
-/// A dispatcher that the hook has not had its say about yet.
+/// A dispatcher that the hook has not configured yet.
 struct Logger_Impl::NewDispatcher {
   using Shown = UnderConfiguration<Logger_Impl, NewDispatcher>;
 
@@ -42,7 +42,7 @@ struct Logger_Impl::NewDispatcher {
 };
 
 Logger_Impl::Logger_Impl(const char* name, YSynch::EnumORBLockStackCategory category)
-    : mpCallbackProxy(new CallbackProxy), mpLock(YSynch::CreateRWLock(category)), mName(NotNull(name)) {
+    : mpCallbackProxy(new CallbackProxy), mLock(category), mName(NotNull(name)) {
   mpCallbackProxy->SetOwner(this);
 }
 
@@ -56,15 +56,15 @@ void Logger_Impl::ReferenceCountIsAboutToReachZero() const {
 }
 
 void Logger_Impl::SetResourceBundle(YResource::Bundle* bundle) {
-  // Declared before the lock, here and below, so that what is released is released after the lock was given
-  // back: a destructor of the client's may run then.
+  // Declared before the lock, here and below, so that it is released after the lock: that may run a
+  // destructor of the client.
   YBase::SmartPtrI<YResource::Bundle> replaced(bundle);
-  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  const YSynch::RWLock::WriteSmartLock lock(mLock);
   std::swap(mpResourceBundle, replaced);
 }
 
 YBase::SmartPtrI<YResource::Bundle> Logger_Impl::GetResourceBundle() const {
-  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  const YSynch::RWLock::ReadSmartLock lock(mLock);
   return mpResourceBundle;
 }
 
@@ -95,13 +95,13 @@ void Logger_Impl::GetMessageTextJSON(unsigned short cookie, const char* text, un
 
 void Logger_Impl::RegisterCallback(Callback* callback) {
   YBase::SmartPtrI<Callback> added(callback);
-  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  const YSynch::RWLock::WriteSmartLock lock(mLock);
   mCallbacks.Add(added);
 }
 
 void Logger_Impl::UnregisterCallback(const Callback* callback) noexcept {
   CallbackSet<Callback>::Removed removed;
-  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  const YSynch::RWLock::WriteSmartLock lock(mLock);
   removed = mCallbacks.Remove(callback);
 }
 
@@ -144,7 +144,7 @@ YBase::SmartPtrI<Dispatcher> Logger_Impl::Configure(NewDispatcher& dispatcher, C
   try {
     return Configure(dispatcher.mpDispatcher, hook);
   } catch (...) {
-    // The hook is asked again by the next one who wants the dispatcher, as if it had never been added.
+    // The next caller that asks for the dispatcher shows it to the hook again, as if it had never been added.
     if (dispatcher.mPlace) SetConfigured(*dispatcher.mPlace, false);
     throw;
   }
@@ -166,7 +166,7 @@ std::size_t Logger_Impl::GetPlaceWhenConfigured(NewDispatcher& dispatcher) {
 
 std::size_t Logger_Impl::AddDispatcher(const YBase::SmartPtrI<Dispatcher>& dispatcher) {
   std::size_t index = 0;
-  PutIntoList(dispatcher, [&]() YSYNCH_REQUIRES(*mpLock) { index = mDispatchers.Add(dispatcher); });
+  PutIntoList(dispatcher, [&]() YSYNCH_REQUIRES(mLock) { index = mDispatchers.Add(dispatcher); });
   return index;
 }
 
@@ -177,44 +177,44 @@ void Logger_Impl::FinishPlace(std::size_t index, const YBase::SmartPtrI<Dispatch
 }
 
 void Logger_Impl::SetConfigured(std::size_t index, bool configured) noexcept {
-  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  const YSynch::RWLock::WriteSmartLock lock(mLock);
   mDispatchers.SetConfigured(index, configured);
 }
 
 void Logger_Impl::ReplaceDispatcher(std::size_t index, const YBase::SmartPtrI<Dispatcher>& dispatcher) {
-  // Not always the one that was shown to the hook: another thread may have been refreshing, too.
+  // Not always the one that was shown to the hook: another thread may be refreshing, too.
   YBase::SmartPtrI<Dispatcher> replaced;
   PutIntoList(dispatcher,
-              [&]() YSYNCH_REQUIRES(*mpLock) { replaced = mDispatchers.Replace(index, dispatcher); });
+              [&]() YSYNCH_REQUIRES(mLock) { replaced = mDispatchers.Replace(index, dispatcher); });
   StopListeningTo(*replaced);
   NotifySubscribersThatDispatcherChanged(DispatcherList::ToCookie(index));
 }
 
 // Why the proxy is registered with exactly the dispatchers in the list when all threads have finished,
-// although no lock is held while a dispatcher is called, so that a thread may do anything between two steps
-// of another:
+// although no lock is held while a dispatcher is called, so that threads may interleave at any point:
 //
-// The proxy is registered with a dispatcher before that enters the list, and unregistered after it has left
-// the list. After unregistering, a thread looks at the list once more, and registers again if the dispatcher
-// is back. It counts the unregistration under the lock of that look.
+// The proxy is registered with a dispatcher before the dispatcher enters the list, and unregistered after the
+// dispatcher has left it. After unregistering, a thread checks the list again, and registers again if the
+// dispatcher is back. It counts the unregistration under the same lock as that check.
 //
-// Suppose that the last call to a dispatcher was an unregistration. The look after it found the dispatcher
-// missing, or another call would have followed. If it is in the list in the end, it entered after that look,
-// and the thread that put it there had registered before the last call, and so before the look. That thread
-// finds another count than before it registered, and registers again: another call after the last.
+// Suppose that the last call to a dispatcher was an unregistration. The check after it found the dispatcher
+// missing; otherwise another call would have followed. If the dispatcher is in the list in the end, it
+// entered after that check, and the thread that added it had registered before the last call, and so before
+// the check. That thread finds that the count has changed since it registered, and registers again: a call
+// after the last, which contradicts the assumption.
 //
-// Suppose that the last call was a registration. Each registration is followed by an entry into the list or
-// by a look that found the dispatcher there. If it is not there in the end, some thread took it out later,
-// looked, and unregistered: another call after the last.
+// Suppose that the last call was a registration. After each registration the dispatcher either enters the
+// list or is found in it. If it is not in the list in the end, some thread removed it later, checked, and
+// unregistered: again a call after the last.
 
 template <class Function>
 void Logger_Impl::PutIntoList(const YBase::SmartPtrI<Dispatcher>& dispatcher, Function put) {
   const unsigned long unregistrationsBefore = GetUnregistrationCount();
-  // Before it can be found in the list, so that no change is missed.
+  // Before the dispatcher is in the list, so that no change is missed.
   dispatcher->RegisterCallback(mpCallbackProxy.Get());
   unsigned long unregistrations = 0;
   try {
-    const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+    const YSynch::RWLock::WriteSmartLock lock(mLock);
     put();
     unregistrations = mUnregistrationCount;
   } catch (...) {
@@ -235,11 +235,11 @@ void Logger_Impl::ListenAsTheListSays(Dispatcher& dispatcher, bool listed) {
     } else {
       dispatcher.UnregisterCallback(mpCallbackProxy.Get());
     }
-    const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+    const YSynch::RWLock::WriteSmartLock lock(mLock);
     if (!listed) ++mUnregistrationCount;
     if (mDispatchers.Contains(dispatcher) == listed) break;
   }
-  // It may have changed while nobody listened.
+  // It may have changed while the proxy was not registered.
   if (listed) NotifySubscribersOfPlacesOf(dispatcher);
 }
 
@@ -266,22 +266,22 @@ void Logger_Impl::NotifySubscribersThatDispatcherChanged(unsigned short cookie) 
 }
 
 YBase::SmartPtrI<Dispatcher> Logger_Impl::GetDispatcherAt(std::size_t index) const {
-  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  const YSynch::RWLock::ReadSmartLock lock(mLock);
   return mDispatchers.Get(index);
 }
 
 unsigned long Logger_Impl::GetUnregistrationCount() const {
-  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  const YSynch::RWLock::ReadSmartLock lock(mLock);
   return mUnregistrationCount;
 }
 
 DispatcherList Logger_Impl::GetDispatchers() const {
-  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  const YSynch::RWLock::ReadSmartLock lock(mLock);
   return mDispatchers;
 }
 
 CallbackSet<Logger::Callback> Logger_Impl::GetCallbacks() const {
-  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  const YSynch::RWLock::ReadSmartLock lock(mLock);
   return mCallbacks;
 }
 

@@ -4,7 +4,6 @@
 #include <string>
 
 #include <YBase/SmartPtrI.h>
-#include <YBase/StrongPtr.h>
 #include <YLog/Logger.h>
 #include <YSynch/AtomicLong.h>
 #include <YSynch/RWLock.h>
@@ -15,7 +14,7 @@
 
 namespace YLog {
 
-/// Its dispatchers, some of them perhaps the client's own, are only called with no lock held.
+/// Dispatchers may belong to the client, so they are called with no lock held.
 class Logger_Impl final : public Logger,
                           public Logger::DispatcherCollection,
                           public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
@@ -46,34 +45,34 @@ class Logger_Impl final : public Logger,
   ~Logger_Impl() override;
   void ReferenceCountIsAboutToReachZero() const override;
 
-  /// Shows a dispatcher to the hook, and returns it or what the hook put in its place.
+  /// Shows a dispatcher to the hook and returns it, or the one that the hook replaced it by.
   YBase::SmartPtrI<Dispatcher> Configure(const YBase::SmartPtrI<Dispatcher>& dispatcher,
                                          ConfigurationHook& hook);
-  /// The same for one that the hook has not had its say about. The hook may ask this logger for it.
+  /// The same for a dispatcher that is not configured yet. The hook may ask this logger for it.
   YBase::SmartPtrI<Dispatcher> Configure(NewDispatcher& dispatcher, ConfigurationHook& hook);
-  /// The place of such a dispatcher, which is added as it is where it has none.
+  /// The place of a dispatcher that is being configured. It is added as it is if it has no place yet.
   std::size_t GetPlace(NewDispatcher& dispatcher);
-  /// The place of what the hook made of such a dispatcher.
+  /// Lets the hook configure a new dispatcher and returns the place of the result.
   std::size_t GetPlaceWhenConfigured(NewDispatcher& dispatcher);
 
   std::size_t AddDispatcher(const YBase::SmartPtrI<Dispatcher>& dispatcher);
-  /// Puts what the hook made of the dispatcher of a place into that place.
+  /// Puts the configured dispatcher into the place of the one that was shown to the hook.
   void FinishPlace(std::size_t index, const YBase::SmartPtrI<Dispatcher>& shown,
                    const YBase::SmartPtrI<Dispatcher>& configured);
   void SetConfigured(std::size_t index, bool configured) noexcept;
   void ReplaceDispatcher(std::size_t index, const YBase::SmartPtrI<Dispatcher>& dispatcher);
-  /// Registers the callback proxy with a dispatcher and then lets `put` enter it into the list, under the
-  /// lock.
+  /// Registers the callback proxy with a dispatcher and then calls `put` under the lock to add it to the
+  /// list.
   template <class Function>
   void PutIntoList(const YBase::SmartPtrI<Dispatcher>& dispatcher, Function put);
-  /// To be called when a dispatcher has left a place of the list. It may still be in another.
+  /// To be called after a dispatcher was removed from a place. It may still be in another.
   void StopListeningTo(Dispatcher& dispatcher);
-  /// Registers the callback proxy with a dispatcher, or unregisters it, as `listed` says, and goes on until
-  /// that is what the list says.
+  /// Registers or unregisters the callback proxy, as `listed` says, and repeats that until it agrees with the
+  /// list.
   void ListenAsTheListSays(Dispatcher& dispatcher, bool listed);
 
   void DispatcherChanged(const Dispatcher& dispatcher) const;
-  /// Whether the dispatcher is in the list.
+  /// Returns whether the dispatcher is in the list.
   bool NotifySubscribersOfPlacesOf(const Dispatcher& dispatcher) const;
   void NotifySubscribersThatDispatcherChanged(unsigned short cookie) const;
 
@@ -83,13 +82,13 @@ class Logger_Impl final : public Logger,
   CallbackSet<Callback> GetCallbacks() const;
 
   const YBase::SmartPtrI<CallbackProxy> mpCallbackProxy;
-  const YBase::StrongPtr<YSynch::RWLock> mpLock;
+  mutable YSynch::RWLock mLock;
   const std::string mName;
-  YBase::SmartPtrI<YResource::Bundle> mpResourceBundle YSYNCH_GUARDED_BY(*mpLock);
-  DispatcherList mDispatchers YSYNCH_GUARDED_BY(*mpLock);
-  // How often the callback proxy was unregistered from a dispatcher that had left the list.
-  unsigned long mUnregistrationCount YSYNCH_GUARDED_BY(*mpLock) = 0;
-  CallbackSet<Callback> mCallbacks YSYNCH_GUARDED_BY(*mpLock);
+  YBase::SmartPtrI<YResource::Bundle> mpResourceBundle YSYNCH_GUARDED_BY(mLock);
+  DispatcherList mDispatchers YSYNCH_GUARDED_BY(mLock);
+  // How many times the callback proxy was unregistered from a dispatcher that had left the list.
+  unsigned long mUnregistrationCount YSYNCH_GUARDED_BY(mLock) = 0;
+  CallbackSet<Callback> mCallbacks YSYNCH_GUARDED_BY(mLock);
 };
 
 }  // namespace YLog

@@ -8,26 +8,15 @@ namespace YLog {
 
 namespace {
 
-/// How many messages of the calling thread are under way, each but the first logged by a destination of the
-/// one before.
+/// How many messages the calling thread is logging: each but the first is logged by a destination of the one
+/// before.
 constinit thread_local unsigned sMessagesUnderWay = 0;
-
-YBase::SmartPtrI<MessageHeader> CreateHeaderLike(const MessageHeader& outer) {
-  YBase::SmartPtrI<MessageHeader> header = CreateMessageHeader();
-  header->SetComputerName(outer.GetComputerName());
-  header->SetProcessID(outer.GetProcessID());
-  header->SetThreadID(outer.GetThreadID());
-  header->SetUserID(outer.GetUserID());
-  header->SetSessionID(outer.GetSessionID());
-  header->SetObjectID(outer.GetObjectID());
-  return header;
-}
 
 }  // namespace
 
 MessageUnderWay::MessageUnderWay()
     : mbOutermost(sMessagesUnderWay == 0), mpHeader(gModuleMainPtr->GetThreadContext()->GetMessageHeader()) {
-  if (!mbOutermost) mpHeader = CreateHeaderLike(*mpHeader);
+  if (!mbOutermost) mpHeader = CopyMessageHeader(*mpHeader);
   ++sMessagesUnderWay;
 }
 

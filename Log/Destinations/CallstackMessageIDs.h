@@ -3,7 +3,6 @@
 #include <atomic>
 #include <set>
 
-#include <YBase/StrongPtr.h>
 #include <YSynch/RWLock.h>
 
 namespace YLog {
@@ -13,21 +12,19 @@ namespace YLog {
 /// Threads: any.
 class CallstackMessageIDs {
  public:
-  CallstackMessageIDs();
-
-  /// Takes the IDs in place of those before.
+  /// Replaces the IDs.
   ///
-  /// Failure: `std::bad_alloc`; those before then stay.
+  /// Failure: `std::bad_alloc`; the IDs stay as they were.
   void Set(const unsigned* ids, unsigned count);
 
-  /// False for 0, which stands for no ID. Where there are no IDs this costs one load.
+  /// False for 0, which means no ID. If there are no IDs this costs one load.
   bool Contains(unsigned id) const;
 
  private:
   // Relaxed: a change may be seen late, and the IDs themselves are read under the lock.
   std::atomic<bool> mbAny{false};
-  const YBase::StrongPtr<YSynch::RWLock> mpLock;
-  std::set<unsigned> mIDs YSYNCH_GUARDED_BY(*mpLock);
+  mutable YSynch::RWLock mLock{YSynch::LOCK_STACK_CATEGORY_OBJECT};
+  std::set<unsigned> mIDs YSYNCH_GUARDED_BY(mLock);
 };
 
 }  // namespace YLog

@@ -9,9 +9,6 @@ namespace YLog {
 
 Destination_DebugOutput::~Destination_DebugOutput() = default;
 
-Destination_DebugOutput_Impl::Destination_DebugOutput_Impl()
-    : mpLock(YSynch::CreateCriticalSection(YSynch::LOCK_STACK_CATEGORY_OBJECT)) {}
-
 void Destination_DebugOutput_Impl::LogMessage(const char* text, const MessageHeader& header) const {
   assert(text != nullptr);
   RecordText record;
@@ -29,9 +26,9 @@ void Destination_DebugOutput_Impl::LogMessage(const char* text) const {
 }
 
 void Destination_DebugOutput_Impl::Write(std::string_view text) const {
-  // A record that has been begun is finished.
+  // A cancelled thread finishes the record it has begun.
   const YBase::CancellationGuard cancellationGuard;
-  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  const YSynch::CriticalSection::SmartLock lock(mLock);
   mStandardError.Write(text);
 }
 

@@ -2,7 +2,6 @@
 
 #include <string_view>
 
-#include <YBase/StrongPtr.h>
 #include <YLog/Destination_DebugOutput.h>
 #include <YSynch/CriticalSection.h>
 #include <YSynch/ReferenceCountedImpl.h>
@@ -16,8 +15,6 @@ class Destination_DebugOutput_Impl final : public Destination_Impl,
                                            public Destination_DebugOutput,
                                            public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
-  Destination_DebugOutput_Impl();
-
   using Destination_Impl::LogMessage;
   void LogMessage(const char* text, const MessageHeader& header) const override;
   void LogMessage(const char* text) const override;
@@ -27,9 +24,9 @@ class Destination_DebugOutput_Impl final : public Destination_Impl,
 
   void Write(std::string_view text) const;
 
-  // Keeps the records of several threads apart on the stream.
-  const YBase::StrongPtr<YSynch::CriticalSection> mpLock;
-  mutable StandardError mStandardError YSYNCH_GUARDED_BY(*mpLock);
+  // Keeps the records of several threads apart.
+  mutable YSynch::CriticalSection mLock{YSynch::LOCK_STACK_CATEGORY_OBJECT};
+  mutable StandardError mStandardError YSYNCH_GUARDED_BY(mLock);
 };
 
 }  // namespace YLog

@@ -31,8 +31,7 @@ constexpr int MAXIMUM_ATTEMPTS = 10;
 Destination_DiskFile::~Destination_DiskFile() = default;
 
 Destination_DiskFile_Impl::Destination_DiskFile_Impl(const wchar_t* path)
-    : mFileHeaderText(std::string(YBase::UNICODE_BYTE_ORDER_MARK) + LOG_VERSION_LINE + "\n"),
-      mpLock(YSynch::CreateCriticalSection(YSynch::LOCK_STACK_CATEGORY_OBJECT)) {
+    : mFileHeaderText(std::string(YBase::UNICODE_BYTE_ORDER_MARK) + LOG_VERSION_LINE + "\n") {
   SetFilePath(path);
 }
 
@@ -41,9 +40,9 @@ void Destination_DiskFile_Impl::LogMessage(const char* text, const MessageHeader
   RecordText record;
   FormatMultiLineMessageText(header.GetMessageID(), header.ToString(), text, true, record);
 
-  // A thread that was cancelled in here would leave part of a record, or keep the file's lock.
+  // If the thread were cancelled here, it would leave part of a record or keep the file's lock.
   const YBase::CancellationGuard cancellationGuard;
-  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  const YSynch::CriticalSection::SmartLock lock(mLock);
   try {
     WriteMessage(record.View());
   } catch (const YBase::Message& failure) {
@@ -68,7 +67,7 @@ Destination_DiskFile_Impl::Outcome Destination_DiskFile_Impl::TryToWrite(std::st
   const YFileSystem::UpdateableFile::PathState state = file.QueryPath();
   if (!state.mIsThisFile) return Outcome::FILE_GONE;
   if (state.mSize >= mMaximumFileSize) {
-    // An empty file, of a maximum size of 0, must not drive the backups out.
+    // With a maximum size of 0, rotating empty files would replace all backups by empty ones.
     if (state.mSize > 0) BackupFiles(mFilePath, mMaximumFileBackup).Rotate(file);
     return Outcome::NOT_YET_WRITTEN;
   }
@@ -97,8 +96,8 @@ void Destination_DiskFile_Impl::AppendRecord(YFileSystem::UpdateableFile& file, 
   mSizeAsLeft = size + before.size() + record.size();
 }
 
-/// Finishes what a killed writer left undone: a rotation, or a head of which only a part was written, with no
-/// record after it. Returns the size of the file then.
+/// Finishes what a killed writer left unfinished: a rotation, or a file head that was cut short. Returns the
+/// size of the file afterwards.
 std::uint64_t Destination_DiskFile_Impl::MendBeginning(YFileSystem::UpdateableFile& file,
                                                        std::uint64_t size) const {
   if (size > 0 && size < mFileHeaderText.size()) {
@@ -122,7 +121,7 @@ bool Destination_DiskFile_Impl::EndsInFragment(YFileSystem::UpdateableFile& file
   return last != '\n';
 }
 
-/// Opens the closed file again unless the retry period forbids it; false where the message is dropped.
+/// Reopens the closed file unless the retry period forbids it. Returns false if the message is dropped.
 bool Destination_DiskFile_Impl::ReopenFileIfDue() const {
   if (!mMissed.IsRetryDue()) {
     mMissed.CountDropped();
@@ -144,13 +143,13 @@ void Destination_DiskFile_Impl::ReopenFile() const {
     WriteMissedMessagesRecord(*file);
     mMissed.Clear();
   }
-  // Only now, so that the file stays closed with its count whatever fails before: an open one would take the
-  // next message before the missed ones are reported.
+  // Only now, so that the file stays closed, and the count is kept, if anything before this fails. An open
+  // file would take the next message before the missed ones are reported.
   mpFile = std::move(file);
 }
 
 void Destination_DiskFile_Impl::WriteMissedMessagesRecord(YFileSystem::UpdateableFile& file) const {
-  // The thread's own header, which keeps these values.
+  // This changes the thread's own header.
   MessageHeader& header = *gModuleMainPtr->GetThreadContext()->GetMessageHeader();
   header.SetTimestampToNowLocal();
   header.SetLoggerName("Log");
@@ -179,7 +178,7 @@ void Destination_DiskFile_Impl::SetFilePath(const wchar_t* path) {
   assert(path != nullptr);
   const std::wstring newPath = path != nullptr ? path : L"";
   const YBase::CancellationGuard cancellationGuard;
-  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  const YSynch::CriticalSection::SmartLock lock(mLock);
   if (newPath == mFilePath) return;
   mFilePath = newPath;
   mpFile = nullptr;
@@ -196,27 +195,27 @@ void Destination_DiskFile_Impl::SetFilePath(const wchar_t* path) {
 }
 
 YBase::ReturnWString Destination_DiskFile_Impl::GetFilePath() const {
-  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  const YSynch::CriticalSection::SmartLock lock(mLock);
   return mFilePath;
 }
 
 void Destination_DiskFile_Impl::SetMaximumFileSize(unsigned long size) {
-  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  const YSynch::CriticalSection::SmartLock lock(mLock);
   mMaximumFileSize = std::min(size, MAXIMUM_FILE_SIZE_LIMIT);
 }
 
 unsigned long Destination_DiskFile_Impl::GetMaximumFileSize() {
-  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  const YSynch::CriticalSection::SmartLock lock(mLock);
   return mMaximumFileSize;
 }
 
 void Destination_DiskFile_Impl::SetMaximumFileBackup(unsigned long count) {
-  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  const YSynch::CriticalSection::SmartLock lock(mLock);
   mMaximumFileBackup = std::min(count, MAXIMUM_FILE_BACKUP_LIMIT);
 }
 
 unsigned long Destination_DiskFile_Impl::GetMaximumFileBackup() {
-  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  const YSynch::CriticalSection::SmartLock lock(mLock);
   return mMaximumFileBackup;
 }
 

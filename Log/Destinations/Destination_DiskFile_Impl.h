@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include <YBase/SmartPtrI.h>
-#include <YBase/StrongPtr.h>
 #include <YFileSystem/UpdateableFile.h>
 #include <YLog/Destination_DiskFile.h>
 #include <YSynch/CriticalSection.h>
@@ -32,12 +31,12 @@ class Destination_DiskFile_Impl final : public Destination_Impl,
   unsigned long GetMaximumFileBackup() override;
   YBase::ReturnWString GetFilePath() const override;
 
-  /// Goes on in the file at `path`, whose folder is created with all its parents. The path that is already
-  /// set changes nothing.
+  /// Continues in the file at `path`, whose folder is created with all its parents. Does nothing if that is
+  /// the path already.
   ///
   /// Failure: a file that cannot be opened is a failure like those of `LogMessage`, with no message missed
-  /// yet; messages that were missed before are forgotten. Where it can be opened, messages missed before
-  /// stay counted, and are reported when the file is next reopened.
+  /// yet; messages that were missed before are forgotten. If it can be opened, messages missed before stay
+  /// counted and are reported when the file is next reopened.
   void SetFilePath(const wchar_t* path);
 
  private:
@@ -45,30 +44,31 @@ class Destination_DiskFile_Impl final : public Destination_Impl,
 
   ~Destination_DiskFile_Impl() override = default;
 
-  void WriteMessage(std::string_view record) const YSYNCH_REQUIRES(*mpLock);
-  Outcome TryToWrite(std::string_view record) const YSYNCH_REQUIRES(*mpLock);
+  void WriteMessage(std::string_view record) const YSYNCH_REQUIRES(mLock);
+  Outcome TryToWrite(std::string_view record) const YSYNCH_REQUIRES(mLock);
   void AppendRecord(YFileSystem::UpdateableFile& file, std::uint64_t size, std::string_view record) const
-      YSYNCH_REQUIRES(*mpLock, file);
+      YSYNCH_REQUIRES(mLock, file);
   std::uint64_t MendBeginning(YFileSystem::UpdateableFile& file, std::uint64_t size) const
-      YSYNCH_REQUIRES(*mpLock, file);
-  bool EndsInFragment(YFileSystem::UpdateableFile& file, std::uint64_t size) const YSYNCH_REQUIRES(*mpLock);
+      YSYNCH_REQUIRES(mLock, file);
+  bool EndsInFragment(YFileSystem::UpdateableFile& file, std::uint64_t size) const YSYNCH_REQUIRES(mLock);
 
-  bool ReopenFileIfDue() const YSYNCH_REQUIRES(*mpLock);
-  void ReopenFile() const YSYNCH_REQUIRES(*mpLock);
-  void WriteMissedMessagesRecord(YFileSystem::UpdateableFile& file) const YSYNCH_REQUIRES(*mpLock);
-  [[noreturn]] void ThrowRaceCondition() const YSYNCH_REQUIRES(*mpLock);
+  bool ReopenFileIfDue() const YSYNCH_REQUIRES(mLock);
+  void ReopenFile() const YSYNCH_REQUIRES(mLock);
+  void WriteMissedMessagesRecord(YFileSystem::UpdateableFile& file) const YSYNCH_REQUIRES(mLock);
+  [[noreturn]] void ThrowRaceCondition() const YSYNCH_REQUIRES(mLock);
 
   const std::string mFileHeaderText;
-  const YBase::StrongPtr<YSynch::CriticalSection> mpLock;
+  mutable YSynch::CriticalSection mLock{YSynch::LOCK_STACK_CATEGORY_OBJECT};
 
-  std::wstring mFilePath YSYNCH_GUARDED_BY(*mpLock);
-  // None while the file is closed after a failure.
-  mutable YBase::SmartPtrI<YFileSystem::UpdateableFile> mpFile YSYNCH_GUARDED_BY(*mpLock);
-  // The file's size when this destination last wrote to it: another size means that others did, too.
-  mutable std::uint64_t mSizeAsLeft YSYNCH_GUARDED_BY(*mpLock) = 0;
-  mutable MissedMessages mMissed YSYNCH_GUARDED_BY(*mpLock);
-  unsigned long mMaximumFileBackup YSYNCH_GUARDED_BY(*mpLock) = 1;
-  unsigned long mMaximumFileSize YSYNCH_GUARDED_BY(*mpLock) = 2000000;
+  std::wstring mFilePath YSYNCH_GUARDED_BY(mLock);
+  // Null while the file is closed after a failure.
+  mutable YBase::SmartPtrI<YFileSystem::UpdateableFile> mpFile YSYNCH_GUARDED_BY(mLock);
+  // The file's size when this destination last wrote to it: another size means that another writer has
+  // written, too.
+  mutable std::uint64_t mSizeAsLeft YSYNCH_GUARDED_BY(mLock) = 0;
+  mutable MissedMessages mMissed YSYNCH_GUARDED_BY(mLock);
+  unsigned long mMaximumFileBackup YSYNCH_GUARDED_BY(mLock) = 1;
+  unsigned long mMaximumFileSize YSYNCH_GUARDED_BY(mLock) = 2000000;
 };
 
 }  // namespace YLog

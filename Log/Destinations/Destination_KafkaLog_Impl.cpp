@@ -27,7 +27,6 @@ constinit std::atomic<bool> Destination_KafkaLog_Impl::sbDiagTopicInitialized{fa
 Destination_KafkaLog_Impl::Destination_KafkaLog_Impl(const wchar_t* path, FeatureQuery isFeatureEnabled)
     : mpBackup(YLog::GetDestination_DiskFile(path)),
       mServerAttemptTime(YDataType::DateTime::NowUTC()),
-      mpStatusLock(YSynch::CreateRWLock(YSynch::LOCK_STACK_CATEGORY_OBJECT)),
       mpIsFeatureEnabled(isFeatureEnabled) {}
 
 void Destination_KafkaLog_Impl::LogMessage(const char* text, const MessageHeader& header) const {
@@ -35,25 +34,25 @@ void Destination_KafkaLog_Impl::LogMessage(const char* text, const MessageHeader
   if (mpBackup) mpBackup->LogMessage(text, header);
 }
 
-/// Without a broker to send to, both answers lead to the backup file, and so does none.
+/// There is no broker to send to, so every answer leads to the backup file, and so does a failure.
 void Destination_KafkaLog_Impl::AskForFeature() const {
   try {
     mpIsFeatureEnabled(FEATURE_NAME);
   } catch (const YBase::ExceptionImpl<YBase::Message>&) {
-    // A flag that cannot be had must not cost a record.
+    // A flag that cannot be read must not lose a record.
   }
 }
 
 void Destination_KafkaLog_Impl::ComposeTopic(const wchar_t* first, const wchar_t* second) {
   if (IsEmpty(first) || IsEmpty(second) || IsDiagTopicReady()) return;
-  // Missing only before the library is loaded as a whole, and after.
+  // Null only while the library is being loaded or unloaded.
   if (!sCriticalSectionPtr) return;
   const YSynch::CriticalSection::SmartLock lock(*sCriticalSectionPtr);
   if (IsDiagTopicReady()) return;
   WideText topic = TOPIC_CONNECTOR;
   topic.append(first).append(TOPIC_CONNECTOR).append(second);
   sDiagTopic.swap(topic);
-  // Release: whoever sees the flag sees the topic.
+  // Release: a thread that sees the flag also sees the topic.
   sbDiagTopicInitialized.store(true, std::memory_order_release);
 }
 
@@ -61,10 +60,10 @@ void Destination_KafkaLog_Impl::UpdateLogRegistryStr(const wchar_t* /*text*/) no
 
 bool Destination_KafkaLog_Impl::UpdateProducerStatus(int status) const {
   {
-    const YSynch::RWLock::ReadSmartLock lock(*mpStatusLock);
+    const YSynch::RWLock::ReadSmartLock lock(mStatusLock);
     if (status == mProducerStatus) return false;
   }
-  const YSynch::RWLock::WriteSmartLock lock(*mpStatusLock);
+  const YSynch::RWLock::WriteSmartLock lock(mStatusLock);
   if (status == mProducerStatus) return false;
   mProducerStatus = status;
   return true;

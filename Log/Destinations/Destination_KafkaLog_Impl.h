@@ -17,8 +17,8 @@
 
 namespace YLog {
 
-/// What the rest of the system reads and updates of a destination for a broker, without the broker: whatever
-/// would decide to contact the server declines.
+/// The parts of a broker destination that the rest of the system uses, without a broker: it never contacts a
+/// server.
 class Destination_KafkaLog_Impl final : public Destination_Impl,
                                         public Destination_KafkaLog,
                                         public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
@@ -34,17 +34,17 @@ class Destination_KafkaLog_Impl final : public Destination_Impl,
   using Destination_Impl::LogMessage;
   void LogMessage(const char* text, const MessageHeader& header) const override;
 
-  /// Composes the diagnostics topic ".first.second" unless it is already composed, or a name is missing.
+  /// Composes the diagnostics topic ".first.second", once. Does nothing if a name is missing.
   static void ComposeTopic(const wchar_t* first, const wchar_t* second);
   static bool IsDiagTopicReady() noexcept { return sbDiagTopicInitialized.load(std::memory_order_acquire); }
-  /// Keeps nothing.
+  /// Does nothing.
   static void UpdateLogRegistryStr(const wchar_t* text) noexcept;
   /// Null: there is no registry topic.
   static const wchar_t* GetRegistryTopicString() noexcept { return nullptr; }
 
   bool IsTimeToTryServer() const noexcept { return false; }
-  /// Tells whether the status is another than before; of several threads that report the same, one is told
-  /// so.
+  /// Returns whether the status has changed. If several threads report the same change, one of them receives
+  /// true.
   bool UpdateProducerStatus(int status) const;
 
   static WideText sLogRegistryEntryStr;
@@ -60,8 +60,8 @@ class Destination_KafkaLog_Impl final : public Destination_Impl,
 
   const YBase::SmartPtrI<Destination_DiskFile> mpBackup;
   const YDataType::DateTime mServerAttemptTime;
-  const YBase::StrongPtr<YSynch::RWLock> mpStatusLock;
-  mutable int mProducerStatus YSYNCH_GUARDED_BY(*mpStatusLock) = 0;
+  mutable YSynch::RWLock mStatusLock{YSynch::LOCK_STACK_CATEGORY_OBJECT};
+  mutable int mProducerStatus YSYNCH_GUARDED_BY(mStatusLock) = 0;
   const FeatureQuery mpIsFeatureEnabled;
 };
 

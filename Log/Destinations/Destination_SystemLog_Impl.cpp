@@ -32,7 +32,7 @@ int PriorityOf(Destination_SystemLog::MessageSeverity severity) {
       LOG_USER | LOG_WARNING,
       LOG_USER | LOG_ERR,
   };
-  // What nobody knows had better be seen than lost.
+  // An unknown severity is better seen than lost.
   return severity < std::size(PRIORITIES) ? PRIORITIES[severity] : LOG_USER | LOG_EMERG;
 }
 
@@ -40,18 +40,14 @@ int PriorityOf(Destination_SystemLog::MessageSeverity severity) {
 
 Destination_SystemLog::~Destination_SystemLog() = default;
 
-Destination_SystemLog_Impl::Destination_SystemLog_Impl()
-    : mpLock(YSynch::CreateCriticalSection(YSynch::LOCK_STACK_CATEGORY_OBJECT)),
-      mpConnectionLock(YSynch::CreateRWLock(YSynch::LOCK_STACK_CATEGORY_OBJECT)) {}
-
 Destination_SystemLog_Impl::~Destination_SystemLog_Impl() {
   Close();
 }
 
 void Destination_SystemLog_Impl::Close() noexcept {
   const YBase::CancellationGuard cancellationGuard;
-  const YSynch::CriticalSection::SmartLock lock(*mpLock);
-  const YSynch::RWLock::WriteSmartLock connectionLock(*mpConnectionLock);
+  const YSynch::CriticalSection::SmartLock lock(mLock);
+  const YSynch::RWLock::WriteSmartLock connectionLock(mConnectionLock);
   UnregisterApplicationName();
   mApplicationName.clear();
 }
@@ -70,7 +66,7 @@ void Destination_SystemLog_Impl::LogMessage(const char* text, MessageSeverity se
   if (text == nullptr) return;
   const YBase::CancellationGuard cancellationGuard;
   RegisterDefaultNameIfNone();
-  const YSynch::RWLock::ReadSmartLock lock(*mpConnectionLock);
+  const YSynch::RWLock::ReadSmartLock lock(mConnectionLock);
   // Any record may make the C library connect, the first one and one after a restart of the daemon.
   const YBase::StandardDescriptorsGuard descriptorsGuard;
   ::syslog(PriorityOf(severity), "%s", text);
@@ -80,21 +76,21 @@ void Destination_SystemLog_Impl::SetApplicationName(const char* name) {
   assert(name != nullptr);
   if (name == nullptr) return;
   const YBase::CancellationGuard cancellationGuard;
-  const YSynch::CriticalSection::SmartLock lock(*mpLock);
+  const YSynch::CriticalSection::SmartLock lock(mLock);
   if (name != mApplicationName) RegisterApplicationName(name);
 }
 
 void Destination_SystemLog_Impl::RegisterDefaultNameIfNone() const {
   // Acquire: the C library has the name when it gets the record.
   if (mbRegistered.load(std::memory_order_acquire)) return;
-  const YSynch::CriticalSection::SmartLock lock(*mpLock);
-  // Asked again, because another thread may have given a name meanwhile.
+  const YSynch::CriticalSection::SmartLock lock(mLock);
+  // Checked again: another thread may have registered a name in the meantime.
   if (!mbRegistered.load(std::memory_order_relaxed)) RegisterApplicationName(DEFAULT_APPLICATION_NAME);
 }
 
 void Destination_SystemLog_Impl::RegisterApplicationName(const char* name) const {
   std::string newName = name;
-  const YSynch::RWLock::WriteSmartLock connectionLock(*mpConnectionLock);
+  const YSynch::RWLock::WriteSmartLock connectionLock(mConnectionLock);
   UnregisterApplicationName();
   mApplicationName.swap(newName);
   ::openlog(mApplicationName.c_str(), LOG_CONS, LOG_USER);

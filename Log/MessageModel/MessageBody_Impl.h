@@ -3,10 +3,8 @@
 #include <map>
 #include <string>
 
-#include <YBase/ConstMessageCursor.h>
 #include <YBase/Localizer.h>
 #include <YBase/Message.h>
-#include <YBase/MessageCursor.h>
 #include <YBase/SmartPtrI.h>
 #include <YLog/MessageBody.h>
 #include <YSynch/AtomicLong.h>
@@ -17,7 +15,7 @@ namespace YLog {
 class MessageBody_Impl final : public virtual MessageBody,
                                public virtual YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
-  class MessageMerger;
+  using LocalizedMessages = std::map<unsigned short, YBase::Message>;
 
   MessageBody_Impl();
 
@@ -25,9 +23,10 @@ class MessageBody_Impl final : public virtual MessageBody,
   const YBase::Message& GetMessage() override;
   const char* GetText(unsigned short language) const override;
 
- private:
-  using LocalizedMessages = std::map<unsigned short, YBase::Message>;
+  /// Copies into `message` the texts of messages of the same shape, each of which is for one language.
+  static void MergeTexts(const LocalizedMessages& localizedMessages, YBase::Message& message);
 
+ private:
   ~MessageBody_Impl() override = default;
 
   std::string Format(unsigned short language) const;
@@ -35,26 +34,8 @@ class MessageBody_Impl final : public virtual MessageBody,
   YBase::Message mMessage;
   const YBase::SmartPtrI<YBase::Localizer> mpLocalizer;
   mutable std::map<unsigned short, std::string> mTexts;
-  // What the localizer gave for a language and has not been merged into the message yet.
+  // What the localizer gave for each language, until it is merged into the message.
   mutable LocalizedMessages mLocalizedMessages;
-};
-
-/// Copies texts into a message from messages of its shape, each of which has them for one language. The
-/// construction is the work.
-class MessageBody_Impl::MessageMerger {
- public:
-  MessageMerger(const LocalizedMessages& localizedMessages, YBase::Message& message);
-
-  bool LowerLevelMessageIsUnvisited() const noexcept { return mMessage.LowerLevelMessageIsUnvisited(); }
-  bool GoToLowerLevelMessage();
-  bool GoToSameLevelMessage();
-  bool GoToParent();
-
- private:
-  void MergeTexts();
-
-  std::map<unsigned short, YBase::ConstMessageCursor> mLocalizedMessages;
-  YBase::MessageCursor mMessage;
 };
 
 }  // namespace YLog

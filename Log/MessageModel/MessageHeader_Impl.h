@@ -6,7 +6,7 @@
 #include <YSynch/AtomicLong.h>
 #include <YSynch/ReferenceCountedImpl.h>
 
-#include "MessageModel/Timestamp_Impl.h"
+#include "MessageModel/HeaderFields.h"
 
 namespace YLog {
 
@@ -17,43 +17,49 @@ class MessageHeader_Impl final : public MessageHeader,
                                  public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
   MessageHeader_Impl() = default;
+  /// Without a server instance name.
+  explicit MessageHeader_Impl(const HeaderFields& fields) : mFields(fields) {}
 
-  const char* GetComputerName() const override { return mComputerName.c_str(); }
+  const HeaderFields& GetFields() const noexcept { return mFields; }
+  /// Whether the text line shows the source position.
+  bool IsErrorDispatcher() const noexcept { return mIsErrorDispatcher; }
+
+  const char* GetComputerName() const override { return mFields.computerName.c_str(); }
   void SetComputerName(const char* name) override;
 
   const char* GetServerInstanceName() const override { return mServerInstanceName.c_str(); }
   void SetServerInstanceName(const char* name) override;
 
-  unsigned GetProcessID() const override { return mProcessID; }
+  unsigned GetProcessID() const override { return mFields.processID.Get(); }
   void SetProcessID(unsigned id) override;
-  const char* GetProcessIDDecimalString() const override;
+  const char* GetProcessIDDecimalString() const override { return mFields.processID.GetDecimalText(); }
   void SetProcessIDDecimalString(const char* text) override;
-  const char* GetProcessIDHexString() const override;
+  const char* GetProcessIDHexString() const override { return mFields.processID.GetHexText(1); }
   void SetProcessIDHexString(const char* text) override;
 
-  unsigned long GetThreadID() const override { return mThreadID; }
+  unsigned long GetThreadID() const override { return mFields.threadID.Get(); }
   void SetThreadID(unsigned long id) override;
-  const char* GetThreadIDDecimalString() const override;
+  const char* GetThreadIDDecimalString() const override { return mFields.threadID.GetDecimalText(); }
   void SetThreadIDDecimalString(const char* text) override;
-  const char* GetThreadIDHexString() const override;
+  const char* GetThreadIDHexString() const override { return mFields.threadID.GetHexText(1); }
   void SetThreadIDHexString(const char* text) override;
 
-  const Timestamp& GetTimestamp() const override { return mTimestamp; }
-  Timestamp& GetTimestamp() override { return mTimestamp; }
+  const Timestamp& GetTimestamp() const override { return mFields.timestamp; }
+  Timestamp& GetTimestamp() override { return mFields.timestamp; }
   void SetTimestamp(const Timestamp& timestamp) override;
   void SetTimestampToNowLocal() override;
   const char* GetTimestampISO8601String() const override;
   unsigned SetTimestampISO8601String(const char* text) override;
 
-  const char* GetLoggerName() const override { return mLoggerName.c_str(); }
+  const char* GetLoggerName() const override { return mFields.loggerName.c_str(); }
   void SetLoggerName(const char* name) override;
 
-  const char* GetDispatcherName() const override { return mDispatcherName.c_str(); }
+  const char* GetDispatcherName() const override { return mFields.dispatcherName.c_str(); }
   int SetDispatcherName(const char* name) override;
 
-  unsigned GetMessageID() const override { return mMessageID; }
+  unsigned GetMessageID() const override { return mFields.messageID.Get(); }
   void SetMessageID(unsigned id) override;
-  const char* GetMessageIDHexString() const override;
+  const char* GetMessageIDHexString() const override { return mFields.messageID.GetHexText(8); }
   void SetMessageIDHexString(const char* text) override;
 
   const char* ToString() const override;
@@ -61,67 +67,29 @@ class MessageHeader_Impl final : public MessageHeader,
   unsigned FromString(const char* line) override;
 
   void SetFileName(const char* name) override;
-  const char* GetFileName() const override { return mFileName.c_str(); }
+  const char* GetFileName() const override { return mFields.fileName.c_str(); }
   void SetFuncName(const char* name) override;
-  const char* GetFuncName() const override { return mFuncName.c_str(); }
-  void SetLineNumber(int line) override { mLineNumber = line; }
-  int GetLineNumber() const override { return mLineNumber; }
+  const char* GetFuncName() const override { return mFields.funcName.c_str(); }
+  void SetLineNumber(int line) override { mFields.lineNumber = line; }
+  int GetLineNumber() const override { return mFields.lineNumber; }
 
   void SetUserID(const char* id) override;
-  const char* GetUserID() const override { return mUserID.c_str(); }
+  const char* GetUserID() const override { return mFields.userID.c_str(); }
   void SetSessionID(const char* id) override;
-  const char* GetSessionID() const override { return mSessionID.c_str(); }
+  const char* GetSessionID() const override { return mFields.sessionID.c_str(); }
   void SetObjectID(const char* id) override;
-  const char* GetObjectID() const override { return mObjectID.c_str(); }
+  const char* GetObjectID() const override { return mFields.objectID.c_str(); }
 
  private:
   ~MessageHeader_Impl() override = default;
 
-  void DiscardTextForms() noexcept;
+  void DiscardTextForms() const noexcept;
 
-  void AppendOrigin(std::string& line) const;
-  void AppendMessageIDAndIDs(std::string& line) const;
-  void AppendSourcePosition(std::string& line) const;
-
-  /// Reads up to the first `separator` and returns the offset behind it; 0, and `field` unchanged, where
-  /// there is none.
-  static unsigned ParseField(const char* text, const char* separator, std::string& field);
-  static bool ReadField(const char*& position, const char* separator, std::string& field);
-
-  // Each reads its part of a text line into this header and moves `position` behind it; false where that
-  // part is not as it must be.
-  bool ReadTimestamp(const char*& position);
-  bool ReadOrigin(const char*& position);
-  bool ReadMessageIDAndIDs(const char*& position);
-  void ReadSourcePosition(const char*& position);
-
-  /// Exchanges all that a text line tells of a message. The server instance name and whether the source
-  /// position is shown stay with their object.
-  void Swap(MessageHeader_Impl& other) noexcept;
-
-  std::string mComputerName;
+  HeaderFields mFields;
   std::string mServerInstanceName;
-  unsigned mProcessID = 0;
-  mutable std::string mProcessIDDecimalText;
-  mutable std::string mProcessIDHexText;
-  unsigned long mThreadID = 0;
-  mutable std::string mThreadIDDecimalText;
-  mutable std::string mThreadIDHexText;
-  Timestamp_Impl mTimestamp;
-  mutable std::string mTimestampText;
-  std::string mLoggerName;
-  std::string mDispatcherName;
-  unsigned mMessageID = 0;
-  mutable std::string mMessageIDHexText;
+  bool mIsErrorDispatcher = false;
   mutable std::string mTextLine;
   mutable std::string mJsonText;
-  std::string mFileName;
-  std::string mFuncName;
-  int mLineNumber = 0;
-  std::string mUserID;
-  std::string mSessionID;
-  std::string mObjectID;
-  bool mIsErrorDispatcher = false;
 };
 
 }  // namespace YLog

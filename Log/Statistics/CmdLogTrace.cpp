@@ -28,7 +28,7 @@ void Merge(CmdTraceItem& combined, const CmdTraceItem& item) {
   combined.count = AddCounts(combined.count, item.count);
 }
 
-/// With a point, whatever decimal separator the host's locale has.
+/// With a decimal point, whatever the host's locale.
 std::string FormatPercentage(long long part, long long total) {
   const double percentage = part == 0 ? 0 : static_cast<double>(part) * 100.0 / static_cast<double>(total);
   char text[32];
@@ -56,12 +56,12 @@ void PrintSnapshot(std::FILE* file, const CmdLogTrace::Items& items) {
 
 }  // namespace
 
-CmdLogTrace::CmdLogTrace() : mpTable(new TraceTable<int, CmdTraceItem>(*mpLock)) {}
+CmdLogTrace::CmdLogTrace() : mpTable(new TraceTable<int, CmdTraceItem>(mLock)) {}
 
 CmdLogTrace::~CmdLogTrace() = default;
 
 void CmdLogTrace::AddToLogTrace(unsigned long threadId, int commandId, long long duration) {
-  // A report is the figures of one command more.
+  // A report is merged like the figures of one more command.
   const CmdTraceItem report{commandId, 1, duration, duration, duration};
   mpTable->Update(threadId, commandId, [&report](CmdTraceItem& item) { Merge(item, report); });
 }

@@ -2,9 +2,7 @@
 
 namespace YLog {
 
-LogTrace::LogTrace()
-    : mCreationTime(YDataType::DateTime::Now()),
-      mpLock(YSynch::CreateRWLock(YSynch::LOCK_STACK_CATEGORY_OBJECT)) {}
+LogTrace::LogTrace() : mCreationTime(YDataType::DateTime::Now()) {}
 
 LogTrace::~LogTrace() = default;
 
@@ -14,12 +12,12 @@ unsigned LogTrace::PrintAllLogTrace() {
 
 void LogTrace::SetOutputFileName(const wchar_t* fileName) {
   std::wstring name = fileName != nullptr ? fileName : L"";
-  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  const YSynch::RWLock::WriteSmartLock lock(mLock);
   mOutputFileName.swap(name);
 }
 
 std::wstring LogTrace::GetOutputFileName() const {
-  const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+  const YSynch::RWLock::ReadSmartLock lock(mLock);
   return mOutputFileName;
 }
 

@@ -23,7 +23,7 @@ namespace {
 
 constexpr int LAST_PRINTED_MESSAGE = 218;
 
-// Release where it is set and acquire where it is read: whoever finds the object finds it complete.
+// Release where it is set, acquire where it is read: a thread that finds the object finds it complete.
 constinit std::atomic<MsgLogTrace*> gMsgLogTrace{nullptr};
 // Guards the creation of the object.
 constinit std::atomic<YSynch::CriticalSection*> mpCS{nullptr};
@@ -58,7 +58,7 @@ int* FindCounter(MsgTraceItem& item, int kind) {
   }
 }
 
-/// The average takes a report of any kind in, and only then is the kind looked at.
+/// The average includes a report of any kind, even of an unknown one.
 int Fold(MsgTraceItem& item, int duration, int kind) {
   item.average = MergeAverages(item, duration, 1);
   int* counter = FindCounter(item, kind);
@@ -85,7 +85,7 @@ void PrintSnapshot(std::FILE* file, int number, const MsgLogTrace::Items& items,
   }
 }
 
-/// The empty name, which cannot be opened, where the name is not ASCII.
+/// Returns the empty name, which cannot be opened, if the name is not ASCII.
 std::string ToASCIIOrEmpty(const std::wstring& fileName) {
   try {
     return YBase::WideCharToASCII(fileName.c_str());
@@ -96,7 +96,7 @@ std::string ToASCIIOrEmpty(const std::wstring& fileName) {
 
 }  // namespace
 
-MsgLogTrace::MsgLogTrace() : mpTable(new TraceTable<std::pair<int, int>, MsgTraceItem>(*mpLock)) {}
+MsgLogTrace::MsgLogTrace() : mpTable(new TraceTable<std::pair<int, int>, MsgTraceItem>(mLock)) {}
 
 MsgLogTrace::~MsgLogTrace() = default;
 
@@ -148,14 +148,14 @@ int MsgLogTrace::AddToLogTrace(unsigned long threadId, int messageId, const std:
 }
 
 int MsgLogTrace::GetDstIndex(const std::wstring& destination) {
-  // Changes only while the lock of the one object is held for writing.
+  // Changes only under the write lock of the one object.
   static int gDstIndex = 0;
   {
-    const YSynch::RWLock::ReadSmartLock lock(*mpLock);
+    const YSynch::RWLock::ReadSmartLock lock(mLock);
     const auto found = mDestinationIndices.find(destination);
     if (found != mDestinationIndices.end()) return found->second;
   }
-  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  const YSynch::RWLock::WriteSmartLock lock(mLock);
   const auto [entry, inserted] = mDestinationIndices.emplace(destination, gDstIndex);
   if (inserted) ++gDstIndex;
   return entry->second;
@@ -170,7 +170,7 @@ void MsgLogTrace::CollectLogTrace() {
 }
 
 std::map<std::wstring, int> MsgLogTrace::TakeDestinationIndices() {
-  const YSynch::RWLock::WriteSmartLock lock(*mpLock);
+  const YSynch::RWLock::WriteSmartLock lock(mLock);
   return std::exchange(mDestinationIndices, {});
 }
 
@@ -178,7 +178,7 @@ unsigned MsgLogTrace::PrintAllLogTrace() {
   try {
     TraceFile file(ToASCIIOrEmpty(GetOutputFileName()));
     if (file.Get() == nullptr) return FILE_NOT_OPENED;
-    // The snapshots first: a destination is known before the reports to it are in a snapshot.
+    // The snapshots first, because a destination gets its index before its reports are in a snapshot.
     const std::vector<Items> snapshots = mpTable->TakeSnapshots();
     const std::map<std::wstring, int> destinationIndices = TakeDestinationIndices();
     std::fprintf(file.Get(), "%s\n", mCreationTime.ToString().c_str());

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include <YBase/StrongPtr.h>
 #include <YDataType/DateTime.h>
 #include <YLog/Export.h>
 #include <YSynch/RWLock.h>
@@ -47,10 +46,10 @@ class YLOG_EXPORT LogTrace {
   std::wstring GetOutputFileName() const;
 
   const YDataType::DateTime mCreationTime;
-  const YBase::StrongPtr<YSynch::RWLock> mpLock;
+  mutable YSynch::RWLock mLock{YSynch::LOCK_STACK_CATEGORY_OBJECT};
 
  private:
-  std::wstring mOutputFileName YSYNCH_GUARDED_BY(*mpLock);
+  std::wstring mOutputFileName YSYNCH_GUARDED_BY(mLock);
 };
 
 }  // namespace YLog

@@ -87,7 +87,7 @@ class YLOG_EXPORT MsgLogTrace final : public LogTrace {
   std::map<std::wstring, int> TakeDestinationIndices();
 
   const YBase::StrongPtr<TraceTable<std::pair<int, int>, MsgTraceItem>> mpTable;
-  std::map<std::wstring, int> mDestinationIndices YSYNCH_GUARDED_BY(*mpLock);
+  std::map<std::wstring, int> mDestinationIndices YSYNCH_GUARDED_BY(mLock);
 };
 
 }  // namespace YLog

@@ -7,7 +7,7 @@
 namespace {
 
 using YBase::Message;
-using MessageMerger = YLog::MessageBody_Impl::MessageMerger;
+using YLog::MessageBody_Impl;
 
 constexpr unsigned short GERMAN = 0x0007;
 constexpr unsigned short FRENCH = 0x000C;
@@ -18,39 +18,39 @@ Message MakeLocalized(unsigned short language, const char* text) {
   return message;
 }
 
-TEST(MessageMerger, CopiesOnlyTheTextsOfEachMessagesLanguage) {
+TEST(MessageBodyImpl, MergesOnlyTheTextsOfEachMessagesLanguage) {
   std::map<unsigned short, Message> localized{{GERMAN, MakeLocalized(GERMAN, "eins")},
                                               {FRENCH, MakeLocalized(FRENCH, "un")}};
   localized[GERMAN].SetLocalizedText(FRENCH, "stray");
   Message message("one");
-  MessageMerger(localized, message);
+  MessageBody_Impl::MergeTexts(localized, message);
   EXPECT_STREQ(message.GetLocalizedText(GERMAN), "eins");
   EXPECT_STREQ(message.GetLocalizedText(FRENCH), "un");
   EXPECT_STREQ(message.GetLocalizedText(0), "one");
 }
 
-TEST(MessageMerger, ReadsNothingOutsideASmallerTree) {
+TEST(MessageBodyImpl, MergesATreeThatIsSmaller) {
   std::map<unsigned short, Message> localized{{GERMAN, MakeLocalized(GERMAN, "oben")}};
   Message middle("middle");
   middle.AddLowerLevelMessage(Message("leaf"));
   Message message("top");
   message.AddLowerLevelMessage(middle);
   message.AddLowerLevelMessage(Message("after"));
-  MessageMerger(localized, message);
+  MessageBody_Impl::MergeTexts(localized, message);
   EXPECT_EQ(message.GetMessage(), L"top\n  middle\n    leaf\n  after");
   EXPECT_STREQ(message.GetLocalizedText(GERMAN), "oben");
 }
 
-TEST(MessageMerger, TakesNothingFromBeyondItsTree) {
+TEST(MessageBodyImpl, MergesNothingFromBeyondItsTree) {
   std::map<unsigned short, Message> localized{{GERMAN, MakeLocalized(GERMAN, "oben")}};
   localized[GERMAN].AddLowerLevelMessage(MakeLocalized(GERMAN, "zuviel"));
   Message message("top");
-  MessageMerger(localized, message);
+  MessageBody_Impl::MergeTexts(localized, message);
   EXPECT_EQ(message.GetMessage(), L"top");
   EXPECT_STREQ(message.GetLocalizedText(GERMAN), "oben");
 }
 
-TEST(MessageMerger, KeepsItsPlaceWhereOneTreeIsDeeperThanTheOther) {
+TEST(MessageBodyImpl, KeepsItsPlaceWhenOneTreeIsDeeperThanTheOther) {
   Message lower = MakeLocalized(GERMAN, "erstes");
   lower.AddLowerLevelMessage(MakeLocalized(GERMAN, "darunter"));
   std::map<unsigned short, Message> localized{{GERMAN, Message()}};
@@ -59,24 +59,8 @@ TEST(MessageMerger, KeepsItsPlaceWhereOneTreeIsDeeperThanTheOther) {
   Message message;
   message.AddLowerLevelMessage(Message());
   message.AddLowerLevelMessage(Message());
-  MessageMerger(localized, message);
+  MessageBody_Impl::MergeTexts(localized, message);
   EXPECT_EQ(message.GetMessage(), L"  erstes\n  zweites");
-}
-
-TEST(MessageMerger, OnlyItsWayUpCanFail) {
-  Message message("top");
-  MessageMerger merger({}, message);
-  EXPECT_TRUE(merger.GoToLowerLevelMessage());
-  EXPECT_TRUE(merger.GoToSameLevelMessage());
-  EXPECT_FALSE(merger.GoToParent());
-}
-
-TEST(MessageMerger, StandsAtTheRootWhenItIsDone) {
-  Message message("top");
-  message.AddLowerLevelMessage(Message("lower"));
-  MessageMerger merger({}, message);
-  EXPECT_FALSE(merger.LowerLevelMessageIsUnvisited());
-  EXPECT_FALSE(merger.GoToParent());
 }
 
 }  // namespace

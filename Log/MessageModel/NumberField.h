@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include <YBase/NumberText.h>
+#include <YLog/Timestamp.h>
+
+namespace YLog {
+
+/// Replaces `text` by the upper-case hexadecimal digits of `value`, at least `minDigits` of them.
+void AssignHex(std::string& text, unsigned value, std::size_t minDigits);
+
+/// A number of a header and its texts. Each text is built when it is first asked for.
+///
+/// Threads: like any value, although the getters of texts are constant.
+template <class Number>
+class NumberField {
+ public:
+  Number Get() const noexcept { return mValue; }
+
+  /// False if the number is `value` already: nothing changes then.
+  bool Set(Number value) noexcept {
+    if (value == mValue) return false;
+    mValue = value;
+    mDecimalText.clear();
+    mHexText.clear();
+    return true;
+  }
+
+  /// Keeps `text` as it is, whatever follows the number in it.
+  void SetDecimalText(const char* text) {
+    // Both are read before anything is cleared: `text` may be one of the texts kept here.
+    const int value = YBase::DecimalToInt(text);
+    mDecimalText = text;
+    mHexText.clear();
+    mValue = static_cast<Number>(value);
+  }
+
+  const char* GetDecimalText() const {
+    if (mDecimalText.empty()) AppendUnsignedLongDecimalToString(mDecimalText, mValue, 1);
+    return mDecimalText.c_str();
+  }
+
+  /// Of the low 32 bits.
+  const char* GetHexText(std::size_t minDigits) const {
+    if (mHexText.empty()) AssignHex(mHexText, static_cast<unsigned>(mValue), minDigits);
+    return mHexText.c_str();
+  }
+
+ private:
+  Number mValue = 0;
+  mutable std::string mDecimalText;
+  mutable std::string mHexText;
+};
+
+}  // namespace YLog
