@@ -1,53 +1,52 @@
 #pragma once
 
-#include <functional>
-#include <set>
-#include <utility>
+#include <map>
 
 #include <YBase/SmartPtrI.h>
+#include <YSynch/RWLock.h>
 
 namespace YLog {
 
-/// References to callbacks, each callback once, in the order of their addresses. Null counts like any other.
+/// References to callbacks, each callback once, in the order of their addresses. Null may be registered like
+/// any other and is never called.
 ///
-/// Threads: like any value.
+/// Threads: any.
+///
+/// Reentrancy: callbacks are called, and released, with no lock held.
 template <class Callback>
 class CallbackSet {
-  struct AddressOrder {
-    using is_transparent = void;
-
-    static const Callback* Address(const Callback* callback) { return callback; }
-    static const Callback* Address(const YBase::SmartPtrI<Callback>& callback) { return callback.Get(); }
-
-    template <class Left, class Right>
-    bool operator()(const Left& left, const Right& right) const {
-      return std::less<>()(Address(left), Address(right));
-    }
-  };
-  using Set = std::set<YBase::SmartPtrI<Callback>, AddressOrder>;
-
  public:
-  /// What was removed. It holds the reference until it is destroyed.
-  using Removed = typename Set::node_type;
-
-  /// Takes the reference, unless the set has the callback already.
-  void Add(YBase::SmartPtrI<Callback>& callback) { mCallbacks.insert(std::move(callback)); }
-
-  /// Returns the reference, so that the caller can release it where the callback's destructor may run.
-  Removed Remove(const Callback* callback) noexcept {
-    const auto position = mCallbacks.find(callback);
-    return position != mCallbacks.end() ? mCallbacks.extract(position) : Removed();
+  void Register(Callback* callback) {
+    // Declared before the lock, here and below, so that it is released after the lock.
+    const YBase::SmartPtrI<Callback> added(callback);
+    const YSynch::RWLock::WriteSmartLock lock(mLock);
+    mCallbacks.try_emplace(callback, added);
   }
 
+  void Unregister(const Callback* callback) noexcept {
+    typename Callbacks::node_type removed;
+    const YSynch::RWLock::WriteSmartLock lock(mLock);
+    removed = mCallbacks.extract(callback);
+  }
+
+  /// Calls `call` with each callback that is registered at the beginning.
   template <class Function>
   void ForEach(Function call) const {
-    for (const auto& callback : mCallbacks) {
-      if (callback) call(*callback);
+    for (const auto& entry : Copy()) {
+      if (entry.second) call(*entry.second);
     }
   }
 
  private:
-  Set mCallbacks;
+  using Callbacks = std::map<const Callback*, YBase::SmartPtrI<Callback>>;
+
+  Callbacks Copy() const {
+    const YSynch::RWLock::ReadSmartLock lock(mLock);
+    return mCallbacks;
+  }
+
+  mutable YSynch::RWLock mLock{YSynch::LOCK_STACK_CATEGORY_OBJECT};
+  Callbacks mCallbacks YSYNCH_GUARDED_BY(mLock);
 };
 
 }  // namespace YLog

@@ -76,21 +76,7 @@ void Dispatcher_Impl::SetDestinations(const YDataType::ObjectCollection<Destinat
     std::swap(mpDestinations, list);
   }
   // The list that was replaced is released at the end, after the callbacks and with no lock held.
-  GetCallbacks().ForEach([this](Callback& callback) { callback.DispatcherChanged(*this); });
-}
-
-void Dispatcher_Impl::RegisterCallback(Callback* callback) {
-  // Declared before the lock, here and below, so that it is released after the lock: that may run a
-  // destructor of the client.
-  YBase::SmartPtrI<Callback> added(callback);
-  const YSynch::RWLock::WriteSmartLock lock(mLock);
-  mCallbacks.Add(added);
-}
-
-void Dispatcher_Impl::UnregisterCallback(const Callback* callback) noexcept {
-  CallbackSet<Callback>::Removed removed;
-  const YSynch::RWLock::WriteSmartLock lock(mLock);
-  removed = mCallbacks.Remove(callback);
+  mCallbacks.ForEach([this](Callback& callback) { callback.DispatcherChanged(*this); });
 }
 
 void Dispatcher_Impl::GetMessageTextJSON(const Logger& logger, const char* /*text*/, unsigned messageID,
@@ -104,11 +90,6 @@ void Dispatcher_Impl::GetMessageTextJSON(const Logger& logger, const char* /*tex
 YBase::SmartPtrI<const DestinationList> Dispatcher_Impl::GetDestinations() const {
   const YSynch::RWLock::ReadSmartLock lock(mLock);
   return mpDestinations;
-}
-
-CallbackSet<Dispatcher::Callback> Dispatcher_Impl::GetCallbacks() const {
-  const YSynch::RWLock::ReadSmartLock lock(mLock);
-  return mCallbacks;
 }
 
 }  // namespace YLog

@@ -27,8 +27,8 @@ class Dispatcher_Impl final : public Dispatcher, public YSynch::ReferenceCounted
   void LogMessage(const Logger& logger, const YBase::Message& message) const override;
   void LogMessage(const Logger& logger, YBase::Message& message) const override;
   void SetDestinations(const YDataType::ObjectCollection<Destination>& destinations) override;
-  void RegisterCallback(Callback* callback) override;
-  void UnregisterCallback(const Callback* callback) noexcept override;
+  void RegisterCallback(Callback* callback) override { mCallbacks.Register(callback); }
+  void UnregisterCallback(const Callback* callback) noexcept override { mCallbacks.Unregister(callback); }
   void GetMessageTextJSON(const Logger& logger, const char* text, unsigned messageID, const char* fileName,
                           const char* funcName, int lineNumber, std::string& out) const override;
 
@@ -41,13 +41,12 @@ class Dispatcher_Impl final : public Dispatcher, public YSynch::ReferenceCounted
                           const char* fileName, const char* funcName, int lineNumber) const;
 
   YBase::SmartPtrI<const DestinationList> GetDestinations() const;
-  CallbackSet<Callback> GetCallbacks() const;
 
   mutable YSynch::RWLock mLock{YSynch::LOCK_STACK_CATEGORY_OBJECT};
   const std::string mName;
   // Null if there is no destination.
   YBase::SmartPtrI<const DestinationList> mpDestinations YSYNCH_GUARDED_BY(mLock);
-  CallbackSet<Callback> mCallbacks YSYNCH_GUARDED_BY(mLock);
+  CallbackSet<Callback> mCallbacks;
 };
 
 }  // namespace YLog

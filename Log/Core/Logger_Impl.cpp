@@ -56,7 +56,7 @@ void Logger_Impl::ReferenceCountIsAboutToReachZero() const {
 }
 
 void Logger_Impl::SetResourceBundle(YResource::Bundle* bundle) {
-  // Declared before the lock, here and below, so that it is released after the lock: that may run a
+  // Declared before the lock, so that it is released after the lock: that may run a
   // destructor of the client.
   YBase::SmartPtrI<YResource::Bundle> replaced(bundle);
   const YSynch::RWLock::WriteSmartLock lock(mLock);
@@ -91,18 +91,6 @@ void Logger_Impl::GetMessageTextJSON(unsigned short cookie, const char* text, un
   if (dispatcher) {
     dispatcher->GetMessageTextJSON(*this, text, messageID, fileName, funcName, lineNumber, out);
   }
-}
-
-void Logger_Impl::RegisterCallback(Callback* callback) {
-  YBase::SmartPtrI<Callback> added(callback);
-  const YSynch::RWLock::WriteSmartLock lock(mLock);
-  mCallbacks.Add(added);
-}
-
-void Logger_Impl::UnregisterCallback(const Callback* callback) noexcept {
-  CallbackSet<Callback>::Removed removed;
-  const YSynch::RWLock::WriteSmartLock lock(mLock);
-  removed = mCallbacks.Remove(callback);
 }
 
 unsigned short Logger_Impl::ObtainCookie(const char* dispatcherName) {
@@ -262,7 +250,7 @@ bool Logger_Impl::NotifySubscribersOfPlacesOf(const Dispatcher& dispatcher) cons
 }
 
 void Logger_Impl::NotifySubscribersThatDispatcherChanged(unsigned short cookie) const {
-  GetCallbacks().ForEach([cookie](Callback& callback) { callback.DispatcherChanged(cookie); });
+  mCallbacks.ForEach([cookie](Callback& callback) { callback.DispatcherChanged(cookie); });
 }
 
 YBase::SmartPtrI<Dispatcher> Logger_Impl::GetDispatcherAt(std::size_t index) const {
@@ -279,10 +267,4 @@ DispatcherList Logger_Impl::GetDispatchers() const {
   const YSynch::RWLock::ReadSmartLock lock(mLock);
   return mDispatchers;
 }
-
-CallbackSet<Logger::Callback> Logger_Impl::GetCallbacks() const {
-  const YSynch::RWLock::ReadSmartLock lock(mLock);
-  return mCallbacks;
-}
-
 }  // namespace YLog

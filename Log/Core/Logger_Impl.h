@@ -30,8 +30,8 @@ class Logger_Impl final : public Logger,
   void LogMessage(unsigned short cookie, const YBase::Message& message) const override;
   void LogMessage(unsigned short cookie, YBase::Message& message) const override;
   Logger::DispatcherCollection& Dispatchers() override { return *this; }
-  void RegisterCallback(Callback* callback) override;
-  void UnregisterCallback(const Callback* callback) noexcept override;
+  void RegisterCallback(Callback* callback) override { mCallbacks.Register(callback); }
+  void UnregisterCallback(const Callback* callback) noexcept override { mCallbacks.Unregister(callback); }
   void GetMessageTextJSON(unsigned short cookie, const char* text, unsigned messageID, const char* fileName,
                           const char* funcName, int lineNumber, std::string& out) const override;
 
@@ -79,7 +79,6 @@ class Logger_Impl final : public Logger,
   unsigned long GetUnregistrationCount() const;
   YBase::SmartPtrI<Dispatcher> GetDispatcherAt(std::size_t index) const;
   DispatcherList GetDispatchers() const;
-  CallbackSet<Callback> GetCallbacks() const;
 
   const YBase::SmartPtrI<CallbackProxy> mpCallbackProxy;
   mutable YSynch::RWLock mLock;
@@ -88,7 +87,7 @@ class Logger_Impl final : public Logger,
   DispatcherList mDispatchers YSYNCH_GUARDED_BY(mLock);
   // How many times the callback proxy was unregistered from a dispatcher that had left the list.
   unsigned long mUnregistrationCount YSYNCH_GUARDED_BY(mLock) = 0;
-  CallbackSet<Callback> mCallbacks YSYNCH_GUARDED_BY(mLock);
+  CallbackSet<Callback> mCallbacks;
 };
 
 }  // namespace YLog

@@ -360,6 +360,15 @@ TEST_F(Rotation, EndsAFragmentThatAnotherWriterLeftInBetween) {
   EXPECT_EQ(Content(), HEAD + Record("one") + "fragm\n" + Record("two"));
 }
 
+TEST_F(Rotation, EndsAFragmentInANewFileOfTheSameSize) {
+  Log("one");
+  const std::string foreign(SizeOf("one"), 'x');
+  fs::rename(Path(), Path(".moved"));
+  Write("", foreign);
+  Log("two");
+  EXPECT_EQ(Content(), foreign + "\n" + Record("two"));
+}
+
 TEST_F(Rotation, AddsNothingAfterAWholeRecordOfAnother) {
   Log("one");
   std::ofstream(Path(), std::ios::app) << "other\n";
