@@ -33,7 +33,7 @@ YBase::SmartPtrI<MessageHeader> CreateMessageHeader() {
 }
 
 YBase::SmartPtrI<MessageHeader> CopyMessageHeader(const MessageHeader& header) {
-  const HeaderFields& fields = static_cast<const MessageHeader_Impl&>(header).GetFields();
+  const HeaderFields& fields = dynamic_cast<const MessageHeader_Impl&>(header).GetFields();
   return YBase::SmartPtrI<MessageHeader>(new MessageHeader_Impl(fields));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include <YLog/MessageHeader.h>
 #include <YSynch/AtomicLong.h>
@@ -18,7 +19,7 @@ class MessageHeader_Impl final : public MessageHeader,
  public:
   MessageHeader_Impl() = default;
   /// Without a server instance name.
-  explicit MessageHeader_Impl(const HeaderFields& fields) : mFields(fields) {}
+  explicit MessageHeader_Impl(HeaderFields fields) : mFields(std::move(fields)) {}
 
   const HeaderFields& GetFields() const noexcept { return mFields; }
   /// Whether the text line shows the source position.
