@@ -11,7 +11,7 @@ namespace YBase {
 
 namespace {
 
-/// What is left to show of a message without a text that suits. A cursor that just came to it stands there.
+/// What is shown of a message that has no suitable text. The cursor has just reached that message.
 std::string DescribeWithoutText(const ConstMessageCursor& cursor) {
   const Message& message = cursor.GetCurrentMessage();
   const bool hasNumber = message.GetDomain() != MESSAGE_DOMAIN_UNKNOWN || message.GetID() != 0;
@@ -30,7 +30,7 @@ std::string GetLine(const ConstMessageCursor& cursor, unsigned short language) {
   return DescribeWithoutText(cursor);
 }
 
-/// Walks a message, and in step with it the one that receives the localizer's texts.
+/// Walks a message in step with the one that receives the localizer's texts.
 class LocalizedWalk {
  public:
   LocalizedWalk(const Message& message, Message& localizedMessage, unsigned short language,
@@ -59,7 +59,8 @@ class LocalizedWalk {
 };
 
 std::string LocalizedWalk::GetLine() {
-  // Languages have few ancestors; the bound is for a localizer whose languages name each other.
+  // Languages have few ancestors. The bound is for a localizer in which two languages are each other's
+  // parent.
   constexpr int MAXIMUM_ANCESTORS = 8;
   std::string line;
   unsigned short language = mLanguage;

@@ -15,15 +15,16 @@ bool IsLineBreak(char character) noexcept {
 }  // namespace
 
 void AppendMessageLine(std::string& text, std::string_view line, std::size_t level) {
-  // Without a bound the text of a chain of messages would grow with the square of its length.
+  // Without a limit, the text of a chain of messages would grow with the square of its length.
   constexpr std::size_t MAXIMUM_INDENTED_LEVEL = 32;
   if (line.empty()) return;
   if (!text.empty()) text += '\n';
   const std::size_t indentation = 2 * std::min(level, MAXIMUM_INDENTED_LEVEL);
-  // A text of several lines keeps its breaks, and stands as a whole beneath what it belongs to.
+  // A text of several lines keeps its line breaks and is indented as a whole.
   const char* const end = line.data() + line.size();
   for (const char* begin = line.data(); begin != end;) {
-    // Not where the text begins with a break: a line of blanks alone would not be dropped as an empty one is.
+    // Not if the text begins with a line break: a line of nothing but blanks would not be dropped as an empty
+    // one is.
     if (!IsLineBreak(*begin)) text.append(indentation, ' ');
     const char* const breaks = std::find_if(begin, end, IsLineBreak);
     const char* const next = std::find_if_not(breaks, end, IsLineBreak);

@@ -8,7 +8,7 @@ namespace YBase {
 
 class Message;
 
-/// Appends the text of a message so many levels below the root, on a line of its own; none where it is empty.
+/// Appends the text of a message on a new line, indented by its level. Appends nothing if the text is empty.
 void AppendMessageLine(std::string& text, std::string_view line, std::size_t level);
 
 /// "12/345".

@@ -22,7 +22,7 @@ int MakeHigh(int descriptor) noexcept {
 int OpenDescriptor(const char* path, int flags, mode_t mode) noexcept {
   const CancellationGuard cancellationGuard;
   const StandardDescriptorsGuard guard;
-  // Another thread may have closed a low number since the guard looked.
+  // Another thread may have closed a standard descriptor since the guard checked.
   return MakeHigh(::open(path, flags, mode));
 }
 

@@ -3,26 +3,26 @@
 #include <cstdint>
 #include <string>
 
-/// What each operating system does in its own way. The build picks the one source that fits.
+/// What differs between operating systems. The build chooses the source file that fits.
 namespace YBase::Platform {
 
-/// The kernel's number of the calling thread, asked for anew.
+/// The kernel's ID of the calling thread; never cached.
 unsigned long GetThreadID() noexcept;
 
-/// The path of the running program as the system tells it; empty where it does not.
+/// The path of the running program as the system reports it, or empty.
 std::string GetExecutablePath();
 
-/// Whether the address lies in the module that holds this function: the library.
+/// Whether the address is in the module that contains this function: the library.
 bool IsInOwnImage(std::uintptr_t address) noexcept;
 
-/// Takes the signal away if it is pending; never waits.
+/// Consumes the signal if it is pending. Never waits.
 /// \pre The calling thread blocks it.
 void ConsumePendingSignal(int signalNumber) noexcept;
 
-/// A descriptor that holds a number, and that nothing can be read from or written to; -1 where there is none
-/// left. Programs that are started do not inherit it.
+/// A descriptor that occupies a number and can be neither read nor written, or -1 if none is left. Started
+/// programs do not inherit it.
 int OpenPlaceholder() noexcept;
-/// Whether a descriptor is such a one.
+/// Whether a descriptor is one of those.
 bool IsPlaceholder(int descriptor) noexcept;
 
 }  // namespace YBase::Platform

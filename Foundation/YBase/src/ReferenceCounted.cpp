@@ -2,11 +2,11 @@
 
 namespace YBase {
 
-// Out of line, so that the class's type information has one home.
+// Out of line, so that the type information of the class is in one place.
 ReferenceCounted::~ReferenceCounted() = default;
 
-// Not inline: g++ 12, where it sees through to the final destructor, takes the pointer to this base for the
-// one that is freed, and warns.
+// Not inline: when g++ 12 can see the final destructor, it takes the pointer to this base for the pointer
+// that is freed, and warns.
 void ReferenceCounted::Destroy() const {
   delete this;
 }

@@ -29,15 +29,15 @@ SignalGuard::SignalGuard(int signalNumber) noexcept : mSignalNumber(signalNumber
   sigset_t previous;
   ::pthread_sigmask(SIG_BLOCK, &signals, &previous);
   mbWasBlocked = sigismember(&previous, mSignalNumber) == 1;
-  // A signal that was let through cannot have waited.
+  // A signal that was not blocked cannot have been pending.
   mbWasPending = mbWasBlocked && IsPending(mSignalNumber);
 }
 
 SignalGuard::~SignalGuard() {
-  // Taking a signal away is a place where a cancellation takes effect, and a destructor must not be left so.
+  // Consuming a signal is a cancellation point, and a destructor must not be left by a cancellation.
   const CancellationGuard cancellationGuard;
   const int error = errno;
-  // One that waited before and one raised meanwhile are one: a pending signal is not counted.
+  // A signal that was pending before cannot be told from one raised since: pending signals are not counted.
   if (!mbWasPending) Platform::ConsumePendingSignal(mSignalNumber);
   if (!mbWasBlocked) {
     const sigset_t signals = SetOf(mSignalNumber);

@@ -7,8 +7,8 @@
 namespace YBase {
 
 ReturnWString GetComputerName() {
-  // Longer than any system's limit (64 on Linux, 255 on macOS), and one byte that stays NUL: a name that is
-  // cut off need not be terminated.
+  // Longer than any system's limit (64 on Linux, 255 on macOS). The last byte stays NUL, because a name that
+  // is cut off need not be terminated.
   char name[257] = {};
   if (::gethostname(name, sizeof name - 1) != 0) return {};
   return UTF8ToWideChar(name);

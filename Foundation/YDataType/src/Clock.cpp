@@ -20,13 +20,13 @@ class SystemClock final : public Clock {
   }
 };
 
-// Both constant-initialised and never destroyed: messages may be logged before `main` and after it.
+// Both are constant-initialised and never destroyed: messages may be logged before `main` and after it.
 constinit const SystemClock gsSystemClock;
 constinit std::atomic<const Clock*> gspCurrentClock{&gsSystemClock};
 
 }  // namespace
 
-// Acquire and release: a clock is complete for the thread that finds it.
+// Acquire and release: a thread that finds a clock finds it complete.
 const Clock& Clock::GetCurrent() noexcept {
   return *gspCurrentClock.load(std::memory_order_acquire);
 }

@@ -4,11 +4,11 @@
 
 namespace YDataType {
 
-/// Where the time comes from. White-box tests put another in the place of the system's.
+/// The source of the time. White-box tests replace the system's.
 ///
-/// Ownership: whoever replaces the current clock keeps the new one alive while it is current.
+/// Ownership: the caller that replaces the clock keeps the new one alive while it is in use.
 ///
-/// Threads: any; a replaced clock may still be asked by a thread that was on its way to it.
+/// Threads: any. A thread that has just read which clock is in use may still call a clock that was replaced.
 class Clock {
  public:
   using Instant = std::chrono::sys_time<std::chrono::milliseconds>;
@@ -21,7 +21,7 @@ class Clock {
   virtual std::chrono::nanoseconds GetMonotonicTime() const noexcept = 0;
 
   static const Clock& GetCurrent() noexcept;
-  /// Returns the one it replaces.
+  /// Returns the clock that was replaced.
   static const Clock& SetCurrent(const Clock& clock) noexcept;
 
  protected:

@@ -5,7 +5,7 @@
 namespace YFileSystem {
 
 /// Throws a `YBase::ExceptionImpl<YBase::Message>` with the text "<function>: cannot <action> '<path>':
-/// <reason>". `function` is the full name of the one that fails.
+/// <reason>". `function` is the full name of the function that fails.
 [[noreturn]] void ThrowFailure(const char* function, const char* action, const std::string& path,
                                const std::string& reason);
 

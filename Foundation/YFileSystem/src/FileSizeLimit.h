@@ -5,15 +5,15 @@
 
 namespace YFileSystem {
 
-/// The file-size limit of this process, as it was at most a second ago: asking for it at every record would
-/// cost a system call each time.
+/// The file-size limit of this process, at most a second old: reading it for every record would cost a system
+/// call each time.
 ///
-/// Threads: belongs to one at a time.
+/// Threads: one at a time.
 class FileSizeLimit {
  public:
-  /// To be called before the first question.
+  /// To be called before the first use.
   void Refresh() noexcept;
-  /// Whether a file of this size passes it, so that writing may raise `SIGXFSZ`.
+  /// Whether a file of this size exceeds the limit, so that writing may raise `SIGXFSZ`.
   bool IsPassedBy(std::uint64_t size) noexcept;
 
  private:

@@ -4,20 +4,20 @@
 
 #include <YFileSystem/FileFacts.h>
 
-/// What each operating system does in its own way. The build picks the one source that fits.
+/// What differs between operating systems. The build chooses the source file that fits.
 namespace YFileSystem::Platform {
 
-/// Asks about the file at the path, or that a symbolic link there leads to. Returns 0, or -1 with `errno`
-/// set.
+/// Queries the file at the path; a symbolic link is followed. Returns 0, or -1 with `errno` set.
 int QueryPath(const char* path, FileFacts& facts) noexcept;
 
-/// Asks about what has this name itself.
+/// The same without following a symbolic link.
 int QueryName(const char* path, FileFacts& facts) noexcept;
 
-/// The same of an open file.
+/// The same for an open file.
 int QueryDescriptor(int descriptor, FileFacts& facts) noexcept;
 
-/// The time since some moment in the past, never going back, to some milliseconds. Costs no system call.
+/// The time since some moment in the past. It never goes back, is exact to a few milliseconds, and costs no
+/// system call.
 std::chrono::nanoseconds GetCoarseTime() noexcept;
 
 }  // namespace YFileSystem::Platform

@@ -18,7 +18,7 @@ FileFacts::Type TypeOf(unsigned mode) noexcept {
   return FileFacts::Type::OTHER;
 }
 
-// Only what is needed, without synchronising with a server: a fifth cheaper than stat.
+// Only the fields that are needed, and no synchronisation with a server: a fifth cheaper than stat.
 int Query(int directory, const char* path, int flags, FileFacts& facts) noexcept {
   struct statx status;
   constexpr unsigned MASK = STATX_TYPE | STATX_MODE | STATX_UID | STATX_GID | STATX_INO | STATX_SIZE;

@@ -31,7 +31,7 @@ int Refuse() {
 }
 
 int Run(int argumentCount, char** arguments) {
-  // It puts the folders after the options, and says itself what is wrong with one.
+  // `getopt_long` moves the folders after the options and reports an unknown option itself.
   // NOLINTNEXTLINE(concurrency-mt-unsafe): there is one thread.
   switch (getopt_long(argumentCount, arguments, "", OPTIONS, nullptr)) {
     case 'h':
@@ -55,7 +55,7 @@ int Run(int argumentCount, char** arguments) {
 
 int main(int argumentCount, char** arguments) try {
   const int status = Run(argumentCount, arguments);
-  // A build that lost the report must not take it for none.
+  // If the report could not be written, the build must not take that for success.
   return std::fflush(stdout) == 0 ? status : 2;
 } catch (const std::exception& exception) {
   std::fprintf(stderr, "ylog-check-catalogues: %s\n", exception.what());

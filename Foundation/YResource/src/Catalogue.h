@@ -6,14 +6,14 @@
 
 namespace YResource {
 
-/// A text of a catalogue, and where it stands.
+/// A text of a catalogue and its line.
 struct CatalogueText {
   unsigned id;
   std::string text;
   std::size_t line;
 };
 
-/// What one file says.
+/// The content of one file.
 struct Catalogue {
   std::string path;
   /// The part of the file's name that all locales of a catalogue share.

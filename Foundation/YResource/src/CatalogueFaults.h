@@ -8,10 +8,10 @@
 
 namespace YResource {
 
-/// What is wrong with the catalogues of a folder.
+/// The faults of the catalogues of a folder.
 class CatalogueFaults {
  public:
-  /// Line 0 is none.
+  /// Line 0 means none.
   void Add(const std::string& path, std::size_t line, const std::string& reason) {
     mFaults.push_back({path, line, reason});
   }
@@ -21,7 +21,7 @@ class CatalogueFaults {
   /// Each fault as one line, "file:line: reason", in the order of the files' names and of the lines in a
   /// file.
   ///
-  /// Names and reasons contain what somebody else wrote. What would end the line, control a terminal or
+  /// Names and reasons contain text from outside. A character that would end the line, control a terminal or
   /// change the direction of writing is shown as an escape, "\u001B", and a byte that is not part of UTF-8 as
   /// "\xFF".
   std::vector<YBase::ReturnString> Take();

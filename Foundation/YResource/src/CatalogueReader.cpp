@@ -25,10 +25,10 @@ using Json = nlohmann::json;
 
 constexpr const char* NEUTRAL_LOCALE = "neutral";
 constexpr std::string_view MEMBERS[] = {"domain", "locale", "texts"};
-// Far beyond any catalogue, so that reading one takes neither long nor much memory.
+// Far more than any catalogue has, so that reading one takes neither long nor much memory.
 constexpr std::size_t MAXIMUM_TEXTS = 100'000;
 
-/// Decimal, or hexadecimal after "0x"; 0 for what is not an ID.
+/// Reads an ID, decimal or hexadecimal after "0x". 0 if it is not an ID.
 unsigned ParseID(std::string_view key) {
   const bool isHex = key.starts_with("0x");
   if (isHex) key.remove_prefix(2);
@@ -36,11 +36,11 @@ unsigned ParseID(std::string_view key) {
   const char* const end = key.data() + key.size();
   const auto [next, error] = std::from_chars(key.data(), end, id, isHex ? 16 : 10);
   const bool isWhole = error == std::errc() && next == end;
-  // Zeros in front are for hexadecimal numbers, which records show in eight digits.
+  // Only hexadecimal numbers may begin with zeros, because records show them in eight digits.
   return isWhole && (isHex || key.front() != '0') ? id : 0;
 }
 
-/// Takes what the parser finds as it finds it, so that the line is known and nothing is kept but the texts.
+/// Handles each value as the parser finds it, so that its line is known and only the texts are kept.
 class CatalogueReader final : public Json::json_sax_t {
  public:
   CatalogueReader(const std::string& path, std::string text, CatalogueFaults& faults);
@@ -74,27 +74,28 @@ class CatalogueReader final : public Json::json_sax_t {
   std::size_t GetLine();
   void AddFault(const std::string& reason) { mFaults.Add(mCatalogue.path, GetLine(), reason); }
 
-  // The parser's place in it tells the line.
+  // The parser's position in it gives the line.
   std::istringstream mText;
   CatalogueFaults& mFaults;
   Catalogue mCatalogue;
-  // The locale that the name of the file gives.
+  // The locale in the file's name.
   std::string mLocale;
 
-  // In how many objects and arrays the parser is: 1 in that of the file, 2 in that of its texts.
+  // The number of objects and arrays that enclose the parser's position: 1 in the file's object, 2 in its
+  // texts.
   std::size_t mDepth = 0;
   std::string mMember;
   std::set<std::string, std::less<>> mMembers;
   bool mbInTexts = false;
-  // Of the next text; 0 after a key that is not an ID.
+  // The ID of the next text. 0 after a key that is not an ID.
   unsigned mID = 0;
-  // Also knows those that are there twice, in different spellings.
+  // Also recognises the same ID in two spellings.
   std::map<unsigned, std::size_t> mLinesOfIDs;
 
-  // Of objects anywhere; a sound catalogue has its members and its texts.
+  // Counts the members of all objects: a valid catalogue has only its own and those of its texts.
   std::size_t mKeys = 0;
 
-  // How many line feeds are in the first characters, and one more.
+  // The number of line feeds in the characters counted so far, plus one.
   std::streamoff mCounted = 0;
   std::size_t mLine = 1;
 };
@@ -111,7 +112,7 @@ CatalogueReader::CatalogueReader(const std::string& path, std::string text, Cata
 std::optional<Catalogue> CatalogueReader::Read() {
   const std::size_t before = mFaults.GetCount();
   const bool isParsed = Json::sax_parse(mText, static_cast<Json::json_sax_t*>(this));
-  // The parser takes the first one after the catalogue for the end of the file.
+  // The parser takes the first null character after the catalogue for the end of the file.
   if (isParsed && mText.view().find('\0') != std::string_view::npos) AddFault("has a null character");
   if (mFaults.GetCount() != before) return std::nullopt;
   return std::move(mCatalogue);
@@ -214,16 +215,16 @@ void CatalogueReader::ReadText(const Json& value) {
     return AddFault("the text of ID " + std::to_string(mID) +
                     (text == nullptr ? " is not a text" : " has a null character"));
   }
-  // An empty one waits to be translated.
+  // An empty text has not been translated yet.
   if (!text->empty()) mCatalogue.texts.push_back({mID, *text, GetLine()});
 }
 
-/// That of the last character that the parser has read.
+/// The line of the last character that the parser has read.
 std::size_t CatalogueReader::GetLine() {
   const std::streamoff read = mText.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in);
   const std::streamoff last = std::max<std::streamoff>(read - 1, 0);
   const char* const text = mText.view().data();
-  // The parser never goes back, so that each character is counted once.
+  // The parser never goes back, so each character is counted once.
   mLine += static_cast<std::size_t>(std::count(text + mCounted, text + last, '\n'));
   mCounted = last;
   return mLine;

@@ -11,7 +11,7 @@ namespace YResource {
 
 class FolderBundle_Impl final : public FolderBundle, public TableBundle {
  public:
-  /// \pre All are of one domain, and there is one at least.
+  /// \pre There is at least one, and all have the same domain.
   explicit FolderBundle_Impl(const std::vector<Catalogue>& catalogues);
 
   unsigned GetDomain() const override { return mDomain; }

@@ -8,7 +8,7 @@ namespace YResource {
 
 namespace {
 
-// ICU's operations that write a name into a buffer. What does not fit is no name of a locale.
+// ICU's functions that write a name into a buffer. A name that does not fit is not that of a locale.
 template <class Operation>
 std::string CallICU(Operation operation) {
   char name[ULOC_FULLNAME_CAPACITY];
@@ -17,7 +17,7 @@ std::string CallICU(Operation operation) {
   return U_SUCCESS(error) && error != U_STRING_NOT_TERMINATED_WARNING ? name : "";
 }
 
-/// With the script and the country that go without saying: names of one locale come out the same.
+/// With the likely script and country added, so that all names of one locale become the same.
 std::string Maximise(const std::string& name) {
   return CallICU([&name](char* maximised, std::int32_t size, UErrorCode* error) {
     uloc_addLikelySubtags(name.c_str(), maximised, size, error);
@@ -31,7 +31,7 @@ unsigned short FindLanguage(const std::string& locale) {
     uloc_getName(locale.c_str(), canonical, size, error);
   });
   const auto language = uloc_getLCID(name.c_str());
-  // Identifiers beyond 16 bits are those of collations.
+  // Identifiers of more than 16 bits belong to collations.
   return language <= 0xFFFF ? static_cast<unsigned short>(language) : static_cast<unsigned short>(0);
 }
 
@@ -46,7 +46,7 @@ std::string GetICUName(unsigned short language) {
   const std::string name = CallICU([language](char* known, std::int32_t size, UErrorCode* error) {
     uloc_getLocaleForLCID(language, known, size, error);
   });
-  // Where it does not know the identifier itself, ICU names a parent.
+  // If ICU does not know the identifier, it names a parent.
   return uloc_getLCID(name.c_str()) == language ? name : "";
 }
 

@@ -9,17 +9,17 @@
 
 namespace YSynch {
 
-/// Holds every lock of the library over a fork, and tells the participants of it. The process has one, which
-/// is ready before any code has run and is never destroyed.
+/// Holds every lock of the library during a fork, and notifies the participants. There is one in the process,
+/// which is usable before any code has run and is never destroyed.
 ///
-/// Why no order of locks can make it wait for ever: a forking thread waits without a bound only for another
-/// fork, which holds nothing of its thread's own, and for one lock at a time, while it holds no other lock
-/// and not the gate either; so whoever holds that lock can go on, even if that takes another lock, or makes
-/// or destroys one. Every other lock is only tried, and where one is busy, all are given back. The rounds
-/// come to an end because threads that hold no lock make way meanwhile (see `HeldLocks`).
+/// Why no order of locks can make it wait forever: a forking thread waits without a bound only for another
+/// fork, or for one lock while it holds neither another lock nor the gate. So the holder of that lock can
+/// continue, even if it needs another lock, or creates or destroys one. Every other lock is only tried, and
+/// if one is busy, all are released. This ends because threads that hold no lock wait a little in the
+/// meantime (see `HeldLocks`).
 ///
-/// A lock whose holder is awaited is not destroyed meanwhile: `Remove` waits, which is short, because nobody
-/// holds a lock that is being destroyed.
+/// A lock that a fork waits for is not destroyed in the meantime: `Remove` waits for the fork. That wait is
+/// short, because no thread holds a lock that is being destroyed.
 class ForkGate {
  public:
   constexpr ForkGate() noexcept = default;
@@ -45,13 +45,13 @@ class ForkGate {
 
   // One fork at a time. Taken before everything else, and by forking threads only.
   Mutex mForks;
-  // Also held over the fork itself, so that no lock is made or destroyed meanwhile.
+  // Also held during the fork itself, so that no lock is created or destroyed.
   Mutex mMutex;
   pthread_cond_t mUnpinned = PTHREAD_COND_INITIALIZER;
   bool mbHandlersAreRegistered YSYNCH_GUARDED_BY(mMutex) = false;
   ForkSafeLock* mpLocks YSYNCH_GUARDED_BY(mMutex) = nullptr;
   ForkParticipant* mpParticipants YSYNCH_GUARDED_BY(mMutex) = nullptr;
-  // What the forking thread uses without holding the mutex, and what must therefore not go away.
+  // The lock or participant that the forking thread uses without holding the mutex. It must not be destroyed.
   const void* mpPinned YSYNCH_GUARDED_BY(mMutex) = nullptr;
 };
 

@@ -6,16 +6,17 @@ namespace YSynch {
 
 /// How many locks of this library a thread holds.
 ///
-/// While a fork collects the locks, a thread that holds none waits a little before it takes one, so that the
-/// others come free and stay so. A thread that holds one goes on: it may have to, to give that one back.
+/// While a fork collects the locks, a thread that holds none waits a little before it takes one, so that
+/// locks become free and stay free. A thread that holds one continues, because it may need another to release
+/// the first.
 class HeldLocks {
  public:
   constexpr HeldLocks() noexcept = default;
   HeldLocks(const HeldLocks&) = delete;
   HeldLocks& operator=(const HeldLocks&) = delete;
 
-  /// The calling thread's. No other living thread's has this address, and in a child of a fork it is the
-  /// same: it may stand for the thread.
+  /// The count of the calling thread. Its address identifies the thread: no other living thread has it, and
+  /// it stays the same in a child of a fork.
   static HeldLocks& OfThisThread() noexcept { return sThis; }
 
   static void SetCollectedByFork(bool collected) noexcept {
@@ -24,7 +25,7 @@ class HeldLocks {
 
   /// To be called before a wait for a lock.
   void LetForkPass() const noexcept {
-    // Relaxed: who sees it late only makes the fork try once more.
+    // Relaxed: a thread that sees it late only makes the fork try once more.
     if (mCount == 0 && sbCollectedByFork.load(std::memory_order_relaxed)) Pause();
   }
 
@@ -34,8 +35,8 @@ class HeldLocks {
  private:
   static void Pause() noexcept;
 
-  // In the part of thread storage that is laid out at start, where it is reached without a call. That part is
-  // small, and so is this.
+  // In the static part of thread-local storage, where it is accessed without a call. That part is small, and
+  // so is this.
   [[gnu::tls_model("initial-exec")]] static constinit thread_local HeldLocks sThis;
   static constinit std::atomic<bool> sbCollectedByFork;
 

@@ -3,7 +3,7 @@
 namespace YSynch {
 
 /// Lists through `mpPrevious` and `mpNext` of their nodes, with a plain pointer to the first: joining and
-/// leaving takes no memory and cannot fail. A class, so that nodes can open these members to it alone.
+/// leaving allocates nothing and cannot fail. A class, so that nodes can make it their only friend.
 class IntrusiveList {
  public:
   template <class Node>

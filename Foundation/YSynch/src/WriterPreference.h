@@ -4,7 +4,7 @@
 
 namespace YSynch {
 
-/// Makes a waiting writer go before readers that come later.
+/// Makes a waiting writer precede readers that arrive later.
 void PreferWriters(pthread_rwlockattr_t& attributes) noexcept;
 
 }  // namespace YSynch
