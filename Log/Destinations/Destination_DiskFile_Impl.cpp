@@ -110,8 +110,17 @@ std::uint64_t Destination_DiskFile_Impl::MendBeginning(YFileSystem::UpdateableFi
       size = 0;
     }
   }
-  if (size == 0) BackupFiles(mFilePath, mMaximumFileBackup).SettleInterruptedRotation(file);
+  if (size == 0) SettleInterruptedRotation(file);
   return size;
+}
+
+void Destination_DiskFile_Impl::SettleInterruptedRotation(YFileSystem::UpdateableFile& file) const {
+  try {
+    BackupFiles(mFilePath, mMaximumFileBackup).SettleInterruptedRotation(file);
+  } catch (const YBase::Message&) {
+    // The copy keeps its records until the next rotation tries again. It may belong to a user whose files
+    // this process cannot rename, and that must not keep it from writing to an empty file.
+  }
 }
 
 bool Destination_DiskFile_Impl::EndsInFragment(YFileSystem::UpdateableFile& file, std::uint64_t size) const {

@@ -50,6 +50,7 @@ class Destination_DiskFile_Impl final : public Destination_Impl,
       YSYNCH_REQUIRES(mLock, file);
   std::uint64_t MendBeginning(YFileSystem::UpdateableFile& file, std::uint64_t size) const
       YSYNCH_REQUIRES(mLock, file);
+  void SettleInterruptedRotation(YFileSystem::UpdateableFile& file) const YSYNCH_REQUIRES(mLock, file);
   bool EndsInFragment(YFileSystem::UpdateableFile& file, std::uint64_t size) const YSYNCH_REQUIRES(mLock);
 
   bool ReopenFileIfDue() const YSYNCH_REQUIRES(mLock);

@@ -113,6 +113,22 @@ TEST_F(InterruptedRotation, MayHaveLeftAnEmptyCopyWhichIsNoBackup) {
   EXPECT_FALSE(IsCopyLeft());
 }
 
+TEST_F(InterruptedRotation, DoesNotKeepRecordsOutOfAnEmptyFileIfTheCopyCannotBeRenamed) {
+  WriteCopy(HEAD + "whole\n", COMPLETE);
+  {
+    Support::FaultyFileOperations faults;
+    faults.mRename.Inject(EPERM);
+    Log("one");
+    EXPECT_TRUE(faults.mRename.HasHappened());
+  }
+  EXPECT_EQ(Content(), HEAD + Record("one"));
+  EXPECT_EQ(Content(".part"), HEAD + "whole\n");
+  LogIntoFullFile("two");
+  EXPECT_EQ(Content(".bak01"), HEAD + "whole\n");
+  EXPECT_EQ(Content(".bak00"), HEAD + Record("one"));
+  EXPECT_EQ(Content(), HEAD + Record("two"));
+}
+
 TEST_F(InterruptedRotation, KeepsACopyThatCannotBeReadForLater) {
   WriteCopy(HEAD + "whole\n", COMPLETE);
   Write("", HEAD + "other\n");
