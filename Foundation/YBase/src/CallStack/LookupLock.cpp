@@ -1,4 +1,4 @@
-#include "LookupLock.h"
+#include "CallStack/LookupLock.h"
 
 #include <pthread.h>
 
@@ -20,10 +20,10 @@ void Unlock() noexcept {
   Check(pthread_mutex_unlock(&gsMutex));
 }
 
-// A fork runs the handlers in the reverse order of their registration. This lock is taken by threads that
-// hold others, and must therefore be taken by a fork after those: its handlers are registered before theirs,
-// and only that of the StandardDescriptorsGuard, which lookups use, still earlier. Where priorities are
-// unknown, the order in which the library is linked does the same.
+// A fork runs the handlers in the reverse order of their registration. Threads take this lock while they hold
+// others, so a fork must take it after those: its handlers are registered before theirs. Only those of the
+// `StandardDescriptorsGuard`, which lookups use, are registered still earlier. Where priorities are not
+// supported, the order in which the library is linked has the same effect.
 [[gnu::constructor(102)]] void RegisterHandlers() noexcept {
   Check(pthread_atfork(Lock, Unlock, Unlock));
 }
