@@ -80,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(Built, CallStackOfClient,
                                          UNOPTIMISED_LINES_ONLY, UNOPTIMISED_SPLIT),
                          NameOf);
 
-/// Which has no names, so that code of the library's headers in it could not be told from its own.
+/// A client without names. Code of the library's headers could not be distinguished from its own there.
 class CallStackOfStrippedClient : public testing::TestWithParam<const char*> {};
 
 TEST_P(CallStackOfStrippedClient, BeginsWithPlacesInTheFunctionThatLoggedAndInMain) {

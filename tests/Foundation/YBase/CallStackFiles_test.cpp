@@ -1,4 +1,4 @@
-// What becomes of the files that debug information is read from.
+// The files that debug information is read from.
 
 #include <unistd.h>
 
@@ -18,7 +18,7 @@ namespace {
 using testing::Contains;
 using testing::HasSubstr;
 
-/// A copy of a module and of the file of its debug information, beside each other.
+/// A copy of a module and of the file with its debug information, in one folder.
 struct SeparateModule {
   SeparateModule() {
     const std::filesystem::path original = SEPARATE_MODULE;

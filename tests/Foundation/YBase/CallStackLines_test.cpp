@@ -1,4 +1,4 @@
-// What the debug information and the symbol tables say, where the library is built with a reader of them.
+// What libbacktrace finds in debug information and symbol tables.
 
 #include <array>
 #include <map>
@@ -36,7 +36,7 @@ TEST(CallStackLines, ShowsFunctionsAndLinesWhereThereIsDebugInformation) {
   EXPECT_THAT(frames["= at-exit "], MatchesRegex(R"(orders::AtExit\(\) at /.*print_call_stack\.cpp:[0-9]+)"));
 }
 
-TEST(CallStackLines, ShowsInlinedFunctionsOfTheClientBeforeTheOneTheyStandIn) {
+TEST(CallStackLines, ShowsInlinedFunctionsOfTheClientBeforeTheOneTheyWereInlinedInto) {
   const auto stacks = RunProgram(LINES_PROGRAM);
   const std::vector<std::string>& frames = stacks.at("= main ").frames;
   EXPECT_THAT(frames.at(6), StartsWith("orders::TakeInline() at "));

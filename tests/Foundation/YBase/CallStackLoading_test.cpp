@@ -27,7 +27,7 @@ TEST(CallStackLoading, StaticObjectTakesAStackWhileItsModuleIsLoaded) {
                                                    testing::StartsWith("libcallstack_starting.so+0x")));
 }
 
-// The loader holds a lock of its own while a static object takes a stack, and is asked by those who look up.
+// While a static object is constructed, the loader holds a lock that threads need when they look up frames.
 TEST(CallStackLoading, StaticObjectTakesAStackWhileOthersLookUp) {
   YBase::CreateCallStack();
   const CallStackModule loadedLater(FIRST_MODULE);

@@ -20,7 +20,7 @@ long GetResidentKiB() {
   return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
-/// What every thread has whatever it does: pages of its stack, and a part of the heap.
+/// Touches what every thread needs in any case: pages of its stack, and a part of the heap.
 void TouchStackAndHeap() {
   std::array<volatile char, 64 * 1024> pages;
   for (std::size_t i = 0; i < pages.size(); i += 1024) pages[i] = 1;

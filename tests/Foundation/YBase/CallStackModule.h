@@ -12,7 +12,7 @@
 
 #include "CallStackText.h"
 
-/// A module that calls back, loaded as long as this exists.
+/// A module that calls back. It is loaded as long as this object exists.
 class CallStackModule {
  public:
   explicit CallStackModule(const std::filesystem::path& path) : mpHandle(dlopen(path.c_str(), RTLD_NOW)) {
@@ -25,10 +25,10 @@ class CallStackModule {
 
   void* Address() const { return reinterpret_cast<void*>(mpRun); }
 
-  /// What stands in a stack that a function called by the module takes.
+  /// The frames of a stack that is taken by a function that the module calls.
   std::vector<std::string> GetFrames() const { return GetFrames(mpRun); }
 
-  /// The same by another of its functions.
+  /// The same when another function of the module calls it.
   std::vector<std::string> GetFrames(const char* function) const {
     return GetFrames(reinterpret_cast<Run*>(dlsym(mpHandle, function)));
   }

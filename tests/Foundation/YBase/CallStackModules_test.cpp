@@ -24,7 +24,7 @@ TEST(CallStackModules, ShowsExportedFunctionsAndOffsetsOfAModuleThatIsLoadedLate
     const std::vector<std::string> frames = CallStackModule(FIRST_MODULE).GetFrames();
     EXPECT_THAT(frames,
                 Contains(MatchesRegex(R"(first::Exported\(.*\) in libcallstack_first\.so\+0x[0-9a-f]+)")));
-    // What is local to the module has no name for the loader.
+    // The loader does not know functions that are local to the module.
     EXPECT_THAT(frames, Contains(MatchesRegex(R"(libcallstack_first\.so\+0x[0-9a-f]+)")));
     EXPECT_THAT(frames, Contains(MatchesRegex(R"(RunInModule in libcallstack_first\.so\+0x[0-9a-f]+)")));
   });

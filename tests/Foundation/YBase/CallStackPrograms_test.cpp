@@ -12,7 +12,7 @@ using testing::Each;
 using testing::SizeIs;
 using testing::StartsWith;
 
-TEST(CallStackPrograms, ShowsOffsetsInTheClientsFunctionWhereThereIsNothing) {
+TEST(CallStackPrograms, ShowsOffsetsInTheClientsFunctionWhereThereAreNoSymbols) {
   const auto stacks = RunProgram(STRIPPED_PROGRAM);
   ASSERT_THAT(stacks, SizeIs(3));
   const std::string prefix = "print_call_stack_stripped+0x";

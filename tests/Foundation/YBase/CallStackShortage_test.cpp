@@ -1,5 +1,5 @@
-// What becomes of stacks where descriptors or memory are too short to read debug information. A sanitizer
-// needs some of them itself.
+// Call stacks when there are not enough descriptors or memory to read debug information. Not with a
+// sanitizer, which needs some of both itself.
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -18,7 +18,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-/// Lets the process have so many bytes more.
+/// Limits the process to this many bytes more than it has.
 class MemoryLimit {
  public:
   explicit MemoryLimit(rlim_t size) {
@@ -36,7 +36,7 @@ class MemoryLimit {
   rlimit mBefore{};
 };
 
-/// Lets no more than a number of descriptors be opened.
+/// Limits the process to this many descriptors more than it has.
 class DescriptorLimit {
  public:
   explicit DescriptorLimit(rlim_t count) {

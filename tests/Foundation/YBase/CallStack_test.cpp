@@ -16,8 +16,8 @@
 #include "NewProcess.h"
 #include "support/CancelledThread.h"
 
-// Functions of a client, each of which does something after its call. They are exported, as the way of taking
-// stacks without debug information finds no other names.
+// Functions of a client. Each does something after its call, so that the compiler does not replace the call
+// by a jump. They are exported, because only exported functions have names where there is no libbacktrace.
 namespace orders {
 
 std::atomic<int> gCalls = 0;
@@ -61,10 +61,11 @@ class Catalogue final : public YBase::Localizer {
 
 }  // namespace orders
 
-// As the library's headers do it: code of its namespaces that stands in the client's image.
+// Like code of the library's headers, which is in a namespace of the library and in the image of the client.
 namespace YLog {
 
-// Their arguments are used, so that no compiler makes a nameless copy without them.
+// The arguments are used. Otherwise a compiler might make copies of the functions without them and without
+// names.
 template <class T>
 [[gnu::noinline]] YBase::CallStack TakeInHeader(const T& calls) {
   YBase::CallStack stack = YBase::CreateCallStack();
@@ -122,7 +123,7 @@ TEST(CallStack, LeavesOutCodeOfTheLibrarysHeaders) {
   EXPECT_THAT(GetShownFrames(orders::TakeThroughHeaders())[0], StartsWith("orders::TakeThroughHeaders()"));
 }
 
-TEST(CallStack, ShowsAFunctionThatTheLibraryCallsAndTheLibraryBehindIt) {
+TEST(CallStack, ShowsAFunctionThatTheLibraryCallsAndThenTheLibrary) {
   const std::vector<std::string> frames = GetShownFrames(orders::Format());
   EXPECT_THAT(frames[0], StartsWith("orders::Catalogue::GetText("));
   const auto find = [&](const char* text) {
@@ -143,7 +144,7 @@ TEST(CallStack, IsTakenByACancelledThreadAsTheFirstOfTheProcess) {
 
 TEST(CallStack, IsTheSameFromTheSamePlace) {
   std::vector<YBase::CallStack> stacks;
-  // One call, whatever the compiler knows of loops.
+  // The compiler must not unroll the loop, which would make several places of one.
   volatile int rest = 2;
   while (rest != 0) {
     stacks.push_back(orders::Take());
@@ -152,7 +153,7 @@ TEST(CallStack, IsTheSameFromTheSamePlace) {
   EXPECT_EQ(GetShownFrames(stacks[0]), GetShownFrames(stacks[1]));
 }
 
-TEST(CallStack, TellsThatItWasCutAfterTwoHundredAndFiftySixFrames) {
+TEST(CallStack, SaysThatItWasCutAfterTwoHundredAndFiftySixFrames) {
   const YBase::CallStack stack = orders::Recurse(1000);
   ASSERT_EQ(stack.GetFrameCount(), 257u);
   EXPECT_EQ(YBase::WideCharToUTF8(stack.GetFrameDescription(255)).substr(0, 15), "orders::Recurse");

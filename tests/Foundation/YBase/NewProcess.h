@@ -4,11 +4,11 @@
 
 #include <gtest/gtest.h>
 
-/// Runs the rest of a test in a process of its own, where no stack was taken before, however its program is
-/// run. What it expects there is expected of the test.
+/// Runs the rest of a test in a process of its own, in which no stack has been taken yet, however the test
+/// program is run. An expectation that fails there fails the test.
 template <class Work>
 void RunInNewProcess(Work work) {
-  // This runs the program anew, up to here; a fork would take along what the process has read.
+  // This starts the program again and runs it up to here. A fork would inherit what the process has read.
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(
       {

@@ -1,12 +1,12 @@
-// A client's program that logs, in each of the ways that carry a message ID, a message whose record shows the
-// call stack. The first line of each record is the name of the function that should stand first in it.
+// A client's program that logs a message with a call stack in each of the ways that take a message ID. The
+// text of each message is the name of the function that must be the first one in its call stack.
 
 #include <YLog/YLog.h>
 
 namespace orders {
 
-// What each function does after its call, so that the call is not the last thing in it: the compiler would
-// leave the function, and no frame of it.
+// Each function counts after its call. If the call were its last action, the compiler could replace it by a
+// jump, and the function would have no frame.
 volatile int gsSteps = 0;
 
 [[gnu::noinline]] void LogMessageByID(YLog::Router& router) {

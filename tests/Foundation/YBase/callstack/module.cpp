@@ -1,4 +1,4 @@
-// A module of a client that calls back, through a function that it exports and one that it keeps to itself.
+// A module of a client that calls back, through an exported function and an internal one.
 
 #include <atomic>
 

@@ -1,5 +1,5 @@
-// A client's program that prints call stacks: of a static object before main, of main, and of the process's
-// end. Each begins with its name, and where in the program the function that took it begins.
+// A client's program that prints call stacks: of a static object before main, of main, and of a function that
+// runs at exit. Before each it prints a name, and the offset of the function that took the stack.
 
 #include <dlfcn.h>
 
