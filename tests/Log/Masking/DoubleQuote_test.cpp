@@ -22,12 +22,12 @@ TEST(FindFirstDoubleQuote, FindsTheFirstOneAtOrAfterTheStart) {
   EXPECT_EQ(hFindFirstDoubleQuote(R"(a"b"c)", 4), NOT_FOUND);
 }
 
-TEST(FindFirstDoubleQuote, PassesOverEscapedOnes) {
+TEST(FindFirstDoubleQuote, SkipsEscapedOnes) {
   EXPECT_EQ(hFindFirstDoubleQuote(R"(\"\"")", 0), 4U);
   EXPECT_EQ(hFindFirstDoubleQuote(R"(a\"b)", 0), NOT_FOUND);
 }
 
-TEST(FindFirstDoubleQuote, TakesAQuoteBehindAnEscapedBackslashForEscaped) {
+TEST(FindFirstDoubleQuote, TreatsAQuoteAfterAnEscapedBackslashAsEscaped) {
   EXPECT_EQ(hFindFirstDoubleQuote(R"(a\\"b")", 0), 5U);
 }
 
@@ -41,7 +41,7 @@ TEST(FindFirstDoubleQuote, FindsNothingAtOrPastTheEnd) {
   EXPECT_EQ(hFindFirstDoubleQuote("\"", NOT_FOUND), NOT_FOUND);
 }
 
-RC_GTEST_PROP(FindFirstDoubleQuote, FindsWhatTwoSearchesSideBySideFind, ()) {
+RC_GTEST_PROP(FindFirstDoubleQuote, AgreesWithTheReference, ()) {
   const std::string text = *RandomText({"\"", "\\", "x"});
   for (std::size_t start = 0; start <= text.size(); ++start) {
     RC_ASSERT(hFindFirstDoubleQuote(text, start) == FindFirstDoubleQuoteSlowly(text, start));

@@ -5,7 +5,7 @@
 
 namespace Support {
 
-// Masking written down step by step, as slow as that is: what the library must give back for any text.
+// A slow reference implementation of masking: the library must return the same for any text.
 
 std::size_t FindFirstDoubleQuoteSlowly(const std::string& text, std::size_t start);
 std::string MaskAttributeSlowly(std::string text, const std::string& tagName, const std::string& replacement);

@@ -8,7 +8,7 @@
 
 namespace Support {
 
-/// A text made of any number of these pieces, so that what matters to the code meets in every order.
+/// A text made of any number of these pieces, in any order.
 inline rc::Gen<std::string> RandomText(std::vector<std::string> pieces) {
   auto piece = rc::gen::elementOf(std::move(pieces));
   return rc::gen::map(rc::gen::container<std::vector<std::string>>(std::move(piece)),

@@ -19,13 +19,13 @@ using YLog::ReplaceSensitiveMessageInHTTP;
 const std::vector<std::string> PIECES = {"\"password\"", "password", ":", "\"", "\\", "\\\"", " ",
                                          "null",         "{",        "}", ",",  "x",  "\n"};
 
-TEST(ReplaceSensitiveMessageInHTTP, MasksTheFieldInWhichPasswordsTravel) {
+TEST(ReplaceSensitiveMessageInHTTP, MasksThePasswordField) {
   EXPECT_STREQ(YLog::REST_TAG_PASSWORD, "password");
   EXPECT_EQ(ReplaceSensitiveMessageInHTTP(R"({"user":"ann","password":"s3cret","host":"h"})"),
             R"({"user":"ann","password":"***","host":"h"})");
 }
 
-TEST(ReplaceSensitiveMessageInHTTP, MasksAValueWithEscapedQuotesWholeAndNothingBehindIt) {
+TEST(ReplaceSensitiveMessageInHTTP, MasksAValueWithEscapedQuotesWhollyAndNothingAfterIt) {
   EXPECT_EQ(ReplaceSensitiveMessageInHTTP(R"({"password":"a\"b\"","next":"a\"b"})"),
             R"({"password":"***","next":"a\"b"})");
 }
@@ -43,42 +43,42 @@ TEST(ReplaceSensitiveMessageInHTTP, MasksEveryOccurrence) {
             R"([{"password":"***"},{"password":"***"},{"password":"***"}])");
 }
 
-TEST(ReplaceSensitiveMessageInHTTP, LeavesATextWithoutTheQuotedKeyAsItIs) {
+TEST(ReplaceSensitiveMessageInHTTP, LeavesATextWithoutTheQuotedKeyAlone) {
   for (const char* text : {"", "{}", R"({"passwords":"1"})", R"({"Password":"1"})", R"(password:"1")",
                            R"({'password':"1"})", R"({"oldpassword":"1"})"}) {
     EXPECT_EQ(ReplaceSensitiveMessageInHTTP(text), text);
   }
 }
 
-TEST(ReplaceSensitiveMessageInHTTP, LeavesWhatIsCutOffAsItIs) {
+TEST(ReplaceSensitiveMessageInHTTP, LeavesATextThatIsCutOffAlone) {
   for (const char* text : {R"({"password")", R"({"password":)", R"({"password": nu)", R"({"password":"s3cr)",
                            R"({"password":"s3cr\")", R"("password":")"}) {
     EXPECT_EQ(ReplaceSensitiveMessageInHTTP(text), text);
   }
 }
 
-TEST(ReplaceSensitiveMessageInHTTP, MasksTheNextStringWhereTheValueIsNone) {
+TEST(ReplaceSensitiveMessageInHTTP, MasksTheNextStringIfTheValueIsNotAString) {
   EXPECT_EQ(ReplaceSensitiveMessageInHTTP(R"({"password":null,"user":"ann"})"),
             R"({"password":null,"***":"ann"})");
   EXPECT_EQ(ReplaceSensitiveMessageInHTTP(R"({"password":{"old":"1"},"user":"ann"})"),
             R"({"password":{"***":"1"},"user":"ann"})");
 }
 
-TEST(ReplaceSensitiveMessageInHTTP, TakesTheNextColonWhereverItStands) {
+TEST(ReplaceSensitiveMessageInHTTP, UsesTheNextColonWhereverItIs) {
   EXPECT_EQ(ReplaceSensitiveMessageInHTTP(R"(["password", "user", {"host":"h"}])"),
             R"(["password", "user", {"host":"***"}])");
 }
 
-TEST(ReplaceSensitiveMessageInHTTP, ReadsAValueThatEndsInAnEscapedBackslashOnToTheNextQuote) {
+TEST(ReplaceSensitiveMessageInHTTP, ContinuesAValueThatEndsInAnEscapedBackslashToTheNextQuote) {
   EXPECT_EQ(ReplaceSensitiveMessageInHTTP(R"({"password":"a\\","user":"ann"})"),
             R"({"password":"***"user":"ann"})");
 }
 
-TEST(ReplaceSensitiveMessageInHTTP, DoesNotTakeABackslashBeforeTheValueForPartOfIt) {
+TEST(ReplaceSensitiveMessageInHTTP, DoesNotTreatABackslashBeforeTheValueAsPartOfIt) {
   EXPECT_EQ(ReplaceSensitiveMessageInHTTP(R"("password":\"" x)"), R"("password":\"***" x)");
 }
 
-TEST(ReplaceSensitiveMessageInHTTP, KeepsBytesThatAreNoText) {
+TEST(ReplaceSensitiveMessageInHTTP, KeepsBytesThatAreNotText) {
   EXPECT_EQ(ReplaceSensitiveMessageInHTTP("\xFF\x01\"password\":\"\xC3\x28\"\xFE"),
             "\xFF\x01\"password\":\"***\"\xFE");
 }
@@ -91,12 +91,12 @@ TEST(ReplaceSensitiveMessageInHTTP, MasksNothingMoreForATagThatIsListedTwice) {
   EXPECT_EQ(ReplaceSensitiveMessageInHTTP(text.c_str()), once);
 }
 
-TEST(ReplaceSensitiveMessageInHTTP, MasksAfterItsListWasFilledByHand) {
+TEST(ReplaceSensitiveMessageInHTTP, MasksAfterItsListWasFilledExplicitly) {
   YLog::InitHTTPSensitiveTagVector();
   EXPECT_EQ(ReplaceSensitiveMessageInHTTP(R"({"password":"1"})"), R"({"password":"***"})");
 }
 
-TEST(ReplaceSensitiveMessageInHTTP, MasksForManyThreadsThatAllComeFirst) {
+TEST(ReplaceSensitiveMessageInHTTP, MasksForManyThreadsThatAllMakeTheFirstCall) {
   constexpr int THREADS = 8;
   std::latch start(THREADS);
   std::vector<std::string> results(THREADS);
@@ -133,12 +133,12 @@ TEST(ReplaceSensitiveMessageInHTTPDeathTest, RefusesANullText) {
   EXPECT_DEBUG_DEATH(EXPECT_EQ(ReplaceSensitiveMessageInHTTP(nullptr), ""), "text");
 }
 
-RC_GTEST_PROP(ReplaceSensitiveMessageInHTTP, DoesWhatTheSlowReferenceDoes, ()) {
+RC_GTEST_PROP(ReplaceSensitiveMessageInHTTP, AgreesWithTheReference, ()) {
   const std::string text = *RandomText(PIECES);
   RC_ASSERT(ReplaceSensitiveMessageInHTTP(text.c_str()) == MaskHTTPSlowly(text));
 }
 
-TEST(ReplaceSensitiveMessageInHTTP, ScansForEachTagWhatTheOnesBeforeItLeft) {
+TEST(ReplaceSensitiveMessageInHTTP, MasksForEachTagTheResultOfTheTagsBeforeIt) {
   YLog::InitHTTPSensitiveTagVector();
   YLog::InitHTTPSensitiveTagVector();
   EXPECT_TRUE(rc::check([] {

@@ -13,12 +13,12 @@ using Support::MaskAttributeSlowly;
 using Support::RandomText;
 using YLog::ReplaceSensitiveMessage;
 
-TEST(ReplaceSensitiveMessage, ReplacesJustWhatStandsBetweenTheQuotes) {
+TEST(ReplaceSensitiveMessage, ReplacesOnlyTheTextBetweenTheQuotes) {
   EXPECT_EQ(ReplaceSensitiveMessage("<login user=\"ann\" pwd=\"s3cret\" host=\"h\"/>", "pwd", "***"),
             "<login user=\"ann\" pwd=\"***\" host=\"h\"/>");
 }
 
-TEST(ReplaceSensitiveMessage, LeavesTheQuotesAdjacentForANullReplacement) {
+TEST(ReplaceSensitiveMessage, LeavesAnEmptyValueForANullReplacement) {
   EXPECT_EQ(ReplaceSensitiveMessage("set pwd=\"s3cret\"", "pwd", nullptr), "set pwd=\"\"");
   EXPECT_EQ(ReplaceSensitiveMessage("set pwd=\"s3cret\"", "pwd", ""), "set pwd=\"\"");
 }
@@ -31,11 +31,11 @@ TEST(ReplaceSensitiveMessage, LeavesANameThatMerelyEndsInTheTagAlone) {
   EXPECT_EQ(ReplaceSensitiveMessage("x oldpwd=\"s3cret\"", "pwd", "***"), "x oldpwd=\"s3cret\"");
 }
 
-TEST(ReplaceSensitiveMessage, WantsABlankBeforeTheNameAndNoOtherSpace) {
+TEST(ReplaceSensitiveMessage, RequiresABlankBeforeTheNameAndAcceptsNoOtherWhiteSpace) {
   EXPECT_EQ(ReplaceSensitiveMessage("x\tpwd=\"a\"\npwd=\"b\"", "pwd", "***"), "x\tpwd=\"a\"\npwd=\"b\"");
 }
 
-TEST(ReplaceSensitiveMessage, WantsTheNameInItsExactCaseAndTheEqualsSignRightBehind) {
+TEST(ReplaceSensitiveMessage, RequiresTheExactCaseAndTheEqualsSignRightAfterTheName) {
   const char* text = "x PWD=\"a\" pwd =\"b\" pwd= \"c\" pwd='d'";
   EXPECT_EQ(ReplaceSensitiveMessage(text, "pwd", "***"), text);
 }
@@ -50,27 +50,27 @@ TEST(ReplaceSensitiveMessage, LeavesAnUnterminatedLastValueAlone) {
   EXPECT_EQ(ReplaceSensitiveMessage(" p=\"", "p", "#"), " p=\"");
 }
 
-TEST(ReplaceSensitiveMessage, EndsAValueAtAQuoteBehindABackslash) {
+TEST(ReplaceSensitiveMessage, EndsAValueAtAQuoteAfterABackslash) {
   EXPECT_EQ(ReplaceSensitiveMessage(" p=\"se\\\"cret\"", "p", "#"), " p=\"#\"cret\"");
 }
 
-TEST(ReplaceSensitiveMessage, WantsABlankOfItsOwnAfterAValue) {
+TEST(ReplaceSensitiveMessage, RequiresABlankBetweenTwoAttributes) {
   EXPECT_EQ(ReplaceSensitiveMessage(" p=\"1\"p=\"2\" p=\"3\"", "p", "#"), " p=\"#\"p=\"2\" p=\"#\"");
 }
 
-TEST(ReplaceSensitiveMessage, TakesAnAttributeInsideAValueForPartOfIt) {
+TEST(ReplaceSensitiveMessage, TreatsAnAttributeInsideAValueAsPartOfIt) {
   EXPECT_EQ(ReplaceSensitiveMessage(" p=\"a p=\"b\"", "p", "#"), " p=\"#\"b\"");
 }
 
-TEST(ReplaceSensitiveMessage, DoesNotLookIntoWhatItPutIn) {
+TEST(ReplaceSensitiveMessage, DoesNotSearchItsReplacements) {
   EXPECT_EQ(ReplaceSensitiveMessage(" p=\"1\" p=\"2\"", "p", " p=\"x\""), " p=\" p=\"x\"\" p=\" p=\"x\"\"");
 }
 
-TEST(ReplaceSensitiveMessage, GivesAnEmptyTextForAnEmptyText) {
+TEST(ReplaceSensitiveMessage, ReturnsAnEmptyTextForAnEmptyText) {
   EXPECT_EQ(ReplaceSensitiveMessage("", "p", "#"), "");
 }
 
-TEST(ReplaceSensitiveMessage, TakesAnyNameAsItStands) {
+TEST(ReplaceSensitiveMessage, TakesAnyNameLiterally) {
   EXPECT_EQ(ReplaceSensitiveMessage("x =\"secret\"", "", "#"), "x =\"#\"");
   EXPECT_EQ(ReplaceSensitiveMessage("x a.*[b]$=\"secret\" aXb=\"y\"", "a.*[b]$", "#"),
             "x a.*[b]$=\"#\" aXb=\"y\"");
@@ -79,7 +79,7 @@ TEST(ReplaceSensitiveMessage, TakesAnyNameAsItStands) {
   EXPECT_EQ(ReplaceSensitiveMessage("x \xC3\xBC=\"secret\"", "\xC3\xBC", "#"), "x \xC3\xBC=\"#\"");
 }
 
-TEST(ReplaceSensitiveMessage, KeepsBytesThatAreNoText) {
+TEST(ReplaceSensitiveMessage, KeepsBytesThatAreNotText) {
   EXPECT_EQ(ReplaceSensitiveMessage("\xFF\x01 p=\"\xC3\x28\x02\"\x7F\xFE", "p", "#"),
             "\xFF\x01 p=\"#\"\x7F\xFE");
 }
@@ -93,12 +93,12 @@ TEST(ReplaceSensitiveMessage, ConvertsWideCharactersToUTF8) {
             "\xC3\xBC p=\"\xC3\xB6\" \xF0\x9F\x98\x80");
 }
 
-TEST(ReplaceSensitiveMessage, ReplacesWideCharactersThatAreNone) {
+TEST(ReplaceSensitiveMessage, ReplacesInvalidWideCharacters) {
   const wchar_t text[] = {0xD800, L' ', L'p', L'=', L'"', L'1', L'"', 0};
   EXPECT_EQ(ReplaceSensitiveMessage(text, "p", "#"), "\xEF\xBF\xBD p=\"#\"");
 }
 
-TEST(ReplaceSensitiveMessageDeathTest, RefusesANullTextAndANullNameAndLetsNothingOut) {
+TEST(ReplaceSensitiveMessageDeathTest, RefusesANullTextAndANullNameAndReturnsNoText) {
   const char* noText = nullptr;
   const wchar_t* noWideText = nullptr;
   EXPECT_DEBUG_DEATH(EXPECT_EQ(ReplaceSensitiveMessage(noText, "p", "#"), ""), "text");
@@ -106,14 +106,14 @@ TEST(ReplaceSensitiveMessageDeathTest, RefusesANullTextAndANullNameAndLetsNothin
   EXPECT_DEBUG_DEATH(EXPECT_EQ(ReplaceSensitiveMessage(" p=\"1\"", nullptr, "#"), ""), "tagName");
 }
 
-RC_GTEST_PROP(ReplaceSensitiveMessage, DoesWhatTheSlowReferenceDoes, ()) {
+RC_GTEST_PROP(ReplaceSensitiveMessage, AgreesWithTheReference, ()) {
   const std::string text = *RandomText({" p=\"", "p=\"", " p", "=", "\"", "\\", " ", "p", "x", "\n"});
   const std::string replacement = *rc::gen::element<std::string>("", "#", "***", "\"", " p=\"y\"", "a\\");
   RC_ASSERT(ReplaceSensitiveMessage(text.c_str(), "p", replacement.c_str()) ==
             MaskAttributeSlowly(text, "p", replacement));
 }
 
-RC_GTEST_PROP(ReplaceSensitiveMessage, DoesWhatTheSlowReferenceDoesForAnyName, ()) {
+RC_GTEST_PROP(ReplaceSensitiveMessage, AgreesWithTheReferenceForAnyName, ()) {
   const std::string name = *RandomText({" ", "p", "=", "\"", "pp"});
   const std::string text = *RandomText({" ", "p", "=", "\"", "pp", " " + name + "=\"", name});
   RC_ASSERT(ReplaceSensitiveMessage(text.c_str(), name.c_str(), "#") == MaskAttributeSlowly(text, name, "#"));
