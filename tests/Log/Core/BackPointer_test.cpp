@@ -12,7 +12,7 @@ namespace {
 
 using Support::New;
 
-/// Lets the test act when its last reference has gone and it has not been destroyed yet.
+/// Runs an action of the test after its last reference is released and before it is destroyed.
 class Owner final : public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
   explicit Owner(std::function<void()> onLastRelease = nullptr) : mOnLastRelease(std::move(onLastRelease)) {}
@@ -26,7 +26,7 @@ class Owner final : public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
   const std::function<void()> mOnLastRelease;
 };
 
-TEST(BackPointer, GivesNothingUntilItIsSetAndAfterItWasTakenBack) {
+TEST(BackPointer, IsNullUntilItIsSetAndAfterItIsReset) {
   YLog::BackPointer<Owner> pointer;
   EXPECT_FALSE(pointer.Get());
   const auto owner = New<Owner>();
@@ -36,7 +36,7 @@ TEST(BackPointer, GivesNothingUntilItIsSetAndAfterItWasTakenBack) {
   EXPECT_FALSE(pointer.Get());
 }
 
-TEST(BackPointer, KeepsNoReferenceButGivesOne) {
+TEST(BackPointer, HoldsNoReferenceButReturnsOne) {
   YLog::BackPointer<Owner> pointer;
   bool released = false;
   auto owner = New<Owner>([&] {
@@ -51,7 +51,7 @@ TEST(BackPointer, KeepsNoReferenceButGivesOne) {
   EXPECT_TRUE(released);
 }
 
-TEST(BackPointer, GivesNoReferenceToAnOwnerOnItsWayOut) {
+TEST(BackPointer, ReturnsNoReferenceToAnOwnerBeingDestroyed) {
   YLog::BackPointer<Owner> pointer;
   bool asked = false;
   auto owner = New<Owner>([&] {

@@ -27,8 +27,8 @@ using YBase::SmartPtrI;
 
 using Cookies = std::vector<unsigned short>;
 
-/// A client's dispatcher that lets the test act, once each, before and after a callback is registered and
-/// unregistered.
+/// A client's dispatcher that runs actions of the test, each of them once, before and after a callback is
+/// registered and unregistered.
 class SteppingDispatcher final : public Support::ForwardingDispatcher {
  public:
   using Step = std::function<void()>;
@@ -79,27 +79,27 @@ class SteppingDispatcher final : public Support::ForwardingDispatcher {
   std::map<const Callback*, SmartPtrI<Callback>> mCallbacks;
 };
 
-/// Does something on a thread of its own, to the end.
+/// Runs `work` on another thread and waits for it.
 void OnAnotherThread(const std::function<void()>& work) {
   std::jthread(work).join();
 }
 
 class ConcurrentRefresh : public testing::Test {
  protected:
-  /// Refreshes the logger so that a dispatcher gets into a place, and nothing else changes.
+  /// Refreshes the logger so that the dispatcher takes this place in its list, and nothing else changes.
   void Put(int place, const SmartPtrI<YLog::Dispatcher>& dispatcher) const {
     mpLogger->RefreshConfiguration(*New<ConfigurableHook>([&, next = 0](auto& shown, auto&) mutable {
       if (next++ == place) shown = dispatcher;
     }));
   }
-  /// Appends the cookies that are reported when a dispatcher changes.
+  /// Returns the cookies that the logger reports when the dispatcher changes.
   Cookies ReportedFor(YLog::Dispatcher& dispatcher) const {
-    Cookies heard;
-    const auto callback = New<LoggerCallback>([&](unsigned short cookie) { heard.push_back(cookie); });
+    Cookies cookies;
+    const auto callback = New<LoggerCallback>([&](unsigned short cookie) { cookies.push_back(cookie); });
     mpLogger->RegisterCallback(callback.Get());
     dispatcher.SetDestinations(Destinations());
     mpLogger->UnregisterCallback(callback.Get());
-    return heard;
+    return cookies;
   }
   static SmartPtrI<YLog::Router> CreateRouter(const char* dispatcherName) {
     return YLog::CreateRouter("Kernel", dispatcherName, YSynch::LOCK_STACK_CATEGORY_OBJECT);
@@ -127,7 +127,7 @@ TEST_F(ConcurrentRefresh, ListensToADispatcherBeforeOthersCanFindIt) {
   EXPECT_EQ(1, registrations);
 }
 
-TEST_F(ConcurrentRefresh, ListensToADispatcherThatIsPutBackWhileItIsLetGo) {
+TEST_F(ConcurrentRefresh, ListensToADispatcherThatIsPutBackDuringItsRemoval) {
   Put(0, mpOne);
   mpOne->mBeforeUnregistration = [&] { OnAnotherThread([&] { Put(0, mpOne); }); };
   Put(0, mpOther);
@@ -136,7 +136,7 @@ TEST_F(ConcurrentRefresh, ListensToADispatcherThatIsPutBackWhileItIsLetGo) {
   EXPECT_THAT(ReportedFor(*mpOther), IsEmpty());
 }
 
-TEST_F(ConcurrentRefresh, ListensToADispatcherThatIsLetGoWhileItIsPutBack) {
+TEST_F(ConcurrentRefresh, ListensToADispatcherWhoseRemovalEndsWhileItIsPutBack) {
   Put(0, mpOne);
   std::latch leaving(1);
   std::latch listened(1);
@@ -155,7 +155,7 @@ TEST_F(ConcurrentRefresh, ListensToADispatcherThatIsLetGoWhileItIsPutBack) {
   EXPECT_EQ(Cookies{mCookie}, ReportedFor(*mpOne));
 }
 
-TEST_F(ConcurrentRefresh, ListensToADispatcherThatIsLetGoWhileAnotherNameGetsIt) {
+TEST_F(ConcurrentRefresh, ListensToADispatcherWhoseRemovalEndsWhileItIsAddedForAnotherName) {
   Put(0, mpOne);
   std::latch leaving(1);
   std::latch listened(1);
@@ -175,20 +175,20 @@ TEST_F(ConcurrentRefresh, ListensToADispatcherThatIsLetGoWhileAnotherNameGetsIt)
   EXPECT_EQ(Cookies{cookie}, ReportedFor(*mpOne));
 }
 
-TEST_F(ConcurrentRefresh, LeavesADispatcherThatIsTakenAwayAgainWhileItIsBeingListenedToAgain) {
+TEST_F(ConcurrentRefresh, StopsListeningToADispatcherThatIsRemovedAgainDuringItsNewRegistration) {
   Put(0, mpOne);
   mpOne->mBeforeUnregistration = [&] {
     OnAnotherThread([&] { Put(0, mpOne); });
     mpOne->mBeforeRegistration = [&] { OnAnotherThread([&] { Put(0, mpOther); }); };
   };
   Put(0, mpOther);
-  EXPECT_FALSE(mpOne->mBeforeRegistration) << "nobody listened again";
+  EXPECT_FALSE(mpOne->mBeforeRegistration) << "the logger did not register again";
   EXPECT_EQ(mpOther, mpLogger->Dispatchers().GetDispatcher(mCookie));
   EXPECT_THAT(ReportedFor(*mpOne), IsEmpty());
   EXPECT_EQ(Cookies{mCookie}, ReportedFor(*mpOther));
 }
 
-TEST_F(ConcurrentRefresh, NeverStopsListeningToADispatcherThatIsInAnotherPlace) {
+TEST_F(ConcurrentRefresh, NeverStopsListeningToADispatcherThatIsStillInAnotherPlace) {
   const unsigned short info = mpLogger->Dispatchers().ObtainCookie("Info");
   Put(0, mpOne);
   Put(1, mpOne);
@@ -200,18 +200,18 @@ TEST_F(ConcurrentRefresh, NeverStopsListeningToADispatcherThatIsInAnotherPlace) 
   EXPECT_EQ(Cookies{info}, ReportedFor(*mpOne));
 }
 
-TEST_F(ConcurrentRefresh, FlagTellsTheTruthAfterAChangeThatTheLoggerCouldNotHear) {
+TEST_F(ConcurrentRefresh, RouterFlagIsRightAfterAChangeThatTheLoggerMissed) {
   const auto router = CreateRouter("Info");
   Put(0, mpOne);
   mpOne->mBeforeUnregistration = [&] { OnAnotherThread([&] { Put(1, mpOne); }); };
   mpOne->mAfterUnregistration = [&] { OnAnotherThread([&] { mpOne->SetDestinations(mOne); }); };
   Put(0, mpOther);
-  EXPECT_FALSE(mpOne->mAfterUnregistration) << "there was no such change";
+  EXPECT_FALSE(mpOne->mAfterUnregistration) << "the change did not happen";
   EXPECT_EQ(mpOne, router->GetDispatcher());
   EXPECT_TRUE(router->mEnabled);
 }
 
-TEST_F(ConcurrentRefresh, FlagOfANewRouterTellsTheTruthAfterAChangeThatTheLoggerCouldNotHear) {
+TEST_F(ConcurrentRefresh, FlagOfANewRouterIsRightAfterAChangeThatTheLoggerMissed) {
   Put(0, mpOne);
   std::latch leaving(1);
   std::latch listened(1);
@@ -235,11 +235,11 @@ TEST_F(ConcurrentRefresh, FlagOfANewRouterTellsTheTruthAfterAChangeThatTheLogger
   YLog::SetConfigurationHook(
       New<ConfigurableHook>([&](auto& dispatcher, auto&) { dispatcher = mpOne; }).Get());
   mpLogger->Dispatchers().ObtainCookie("Info");
-  ASSERT_TRUE(router) << "nobody listened again";
+  ASSERT_TRUE(router) << "the logger did not register again";
   EXPECT_TRUE(router->mEnabled);
 }
 
-TEST_F(ConcurrentRefresh, StressLeavesTheLoggerListeningToWhatIsInTheListAndToNothingElse) {
+TEST_F(ConcurrentRefresh, LoggerListensToExactlyTheDispatchersInItsListAfterManyRefreshes) {
   const unsigned short info = mpLogger->Dispatchers().ObtainCookie("Info");
   const auto refresh = [&](unsigned seed) {
     std::minstd_rand random(seed);

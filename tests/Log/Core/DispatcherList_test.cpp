@@ -10,7 +10,7 @@ namespace {
 using YLog::CreateDispatcher;
 using YLog::DispatcherList;
 
-TEST(DispatcherList, TurnsPlacesIntoCookiesAndBack) {
+TEST(DispatcherList, ConvertsPlacesToCookiesAndBack) {
   EXPECT_EQ(0xDAFF, DispatcherList::ToCookie(0));
   EXPECT_EQ(0xDAFE, DispatcherList::ToCookie(1));
   for (std::size_t index = 0; index < DispatcherList::MAX_COUNT; ++index) {
@@ -30,16 +30,16 @@ TEST(DispatcherList, FindsTheFirstDispatcherOfAName) {
 
 TEST(DispatcherList, ReplacesADispatcherInItsPlace) {
   DispatcherList list;
-  const auto former = CreateDispatcher("Error");
-  const auto latter = CreateDispatcher("Error");
-  list.Add(former);
-  EXPECT_EQ(former, list.Replace(0, latter));
-  EXPECT_EQ(latter, list.Get(0));
-  EXPECT_TRUE(list.Contains(*latter));
-  EXPECT_FALSE(list.Contains(*former));
+  const auto previous = CreateDispatcher("Error");
+  const auto replacement = CreateDispatcher("Error");
+  list.Add(previous);
+  EXPECT_EQ(previous, list.Replace(0, replacement));
+  EXPECT_EQ(replacement, list.Get(0));
+  EXPECT_TRUE(list.Contains(*replacement));
+  EXPECT_FALSE(list.Contains(*previous));
 }
 
-TEST(DispatcherList, CountsADispatcherAsConfiguredUntilItIsToldOtherwise) {
+TEST(DispatcherList, TreatsADispatcherAsConfiguredUntilSetOtherwise) {
   DispatcherList list;
   EXPECT_FALSE(list.IsConfigured(0));
   list.Add(CreateDispatcher("Error"));
@@ -58,7 +58,7 @@ TEST(DispatcherList, RefusesMoreDispatchersThanThereAreCookies) {
   while (list.GetCount() < DispatcherList::MAX_COUNT) list.Add(dispatcher);
   try {
     list.Add(dispatcher);
-    FAIL() << "the list took one dispatcher too many";
+    FAIL() << "the list accepted one dispatcher too many";
   } catch (const YBase::ExceptionImpl<YBase::Message>& failure) {
     EXPECT_TRUE(std::string(failure.what()).starts_with("YLog::DispatcherList::Add: ")) << failure.what();
   }

@@ -79,7 +79,7 @@ TEST_F(Dispatcher, StampsTheHeader) {
   EXPECT_EQ("Inst\xC3\xA9", record.serverInstanceName);
 }
 
-TEST_F(Dispatcher, BuildsTheTextLineOfTheMessageAtHand) {
+TEST_F(Dispatcher, BuildsANewTextLineForEachMessage) {
   const auto destination = New<RecordingDestination>();
   mpDispatcher->SetDestinations(Destinations({destination}));
   Log("first");
@@ -92,7 +92,7 @@ TEST_F(Dispatcher, BuildsTheTextLineOfTheMessageAtHand) {
   EXPECT_EQ("", records.at(1).funcName);
 }
 
-TEST_F(Dispatcher, HandsTextsOnAsTheyAre) {
+TEST_F(Dispatcher, PassesTextsOnUnchanged) {
   const auto destination = New<RecordingDestination>();
   mpDispatcher->SetDestinations(Destinations({destination}));
   const std::string texts[] = {"", "\x01\r\n\t\x7F", "\xC3\x28\xFF", std::string(10'000, 'x')};
@@ -100,7 +100,7 @@ TEST_F(Dispatcher, HandsTextsOnAsTheyAre) {
   EXPECT_THAT(destination->Texts(), testing::ElementsAreArray(texts));
 }
 
-TEST_F(Dispatcher, ServesDestinationsInTheOrderOfTheList) {
+TEST_F(Dispatcher, CallsDestinationsInTheOrderOfTheList) {
   std::string order;
   const auto first = New<RecordingDestination>([&](auto, const auto&) { order += '1'; });
   const auto second = New<RecordingDestination>([&](auto, const auto&) { order += '2'; });
@@ -109,7 +109,7 @@ TEST_F(Dispatcher, ServesDestinationsInTheOrderOfTheList) {
   EXPECT_EQ("212", order);
 }
 
-TEST_F(Dispatcher, GivesAllDestinationsOneHeader) {
+TEST_F(Dispatcher, GivesAllDestinationsTheSameHeader) {
   std::vector<const YLog::MessageHeader*> headers;
   const auto destination =
       New<RecordingDestination>([&](auto, const auto& header) { headers.push_back(&header); });
@@ -118,7 +118,7 @@ TEST_F(Dispatcher, GivesAllDestinationsOneHeader) {
   EXPECT_EQ(headers.at(0), headers.at(1));
 }
 
-TEST_F(Dispatcher, SkipsNullDestinationsThoughTheyCountAsDestinations) {
+TEST_F(Dispatcher, IsEnabledByANullDestinationButSkipsIt) {
   mpDispatcher->SetDestinations(Destinations({nullptr}));
   EXPECT_TRUE(mpDispatcher->IsEnabled());
   Log("to nobody");
@@ -128,7 +128,7 @@ TEST_F(Dispatcher, SkipsNullDestinationsThoughTheyCountAsDestinations) {
   EXPECT_THAT(destination->Texts(), ElementsAre("text"));
 }
 
-TEST_F(Dispatcher, DestinationThatThrowsKeepsTheMessageFromThoseAfterIt) {
+TEST_F(Dispatcher, DestinationsAfterOneThatThrowsReceiveNothing) {
   const auto first = New<RecordingDestination>();
   const auto second = New<RecordingDestination>([](auto, const auto&) { throw std::runtime_error("full"); });
   const auto third = New<RecordingDestination>();
@@ -138,7 +138,7 @@ TEST_F(Dispatcher, DestinationThatThrowsKeepsTheMessageFromThoseAfterIt) {
   EXPECT_THAT(third->Texts(), ElementsAre());
 }
 
-TEST_F(Dispatcher, TellsCallbacksOfEveryNewListEvenAnEmptyOne) {
+TEST_F(Dispatcher, CallsCallbacksForEveryNewListEvenAnEmptyOne) {
   const auto callback = New<DispatcherCallback>(
       [&](YLog::Dispatcher& dispatcher) { EXPECT_EQ(mpDispatcher.Get(), &dispatcher); });
   mpDispatcher->RegisterCallback(callback.Get());
@@ -149,7 +149,7 @@ TEST_F(Dispatcher, TellsCallbacksOfEveryNewListEvenAnEmptyOne) {
   EXPECT_FALSE(mpDispatcher->IsEnabled());
 }
 
-TEST_F(Dispatcher, CallbackRegisteredTwiceIsToldOnceAndGoneWhenUnregisteredOnce) {
+TEST_F(Dispatcher, CallbackRegisteredTwiceIsCalledOnceAndUnregisteredByOneCall) {
   const auto callback = New<DispatcherCallback>();
   mpDispatcher->RegisterCallback(callback.Get());
   mpDispatcher->RegisterCallback(callback.Get());
@@ -189,26 +189,26 @@ TEST_F(Dispatcher, SkipsANullCallback) {
   mpDispatcher->UnregisterCallback(nullptr);
 }
 
-TEST_F(Dispatcher, TellsCallbacksInTheOrderOfTheirAddresses) {
-  std::vector<const void*> told;
+TEST_F(Dispatcher, CallsCallbacksInTheOrderOfTheirAddresses) {
+  std::vector<const void*> called;
   std::vector<SmartPtrI<DispatcherCallback>> callbacks(5);
   std::vector<const void*> addresses;
   for (auto& callback : callbacks) {
-    callback = New<DispatcherCallback>([&told, &callback](auto&) {
-      told.push_back(static_cast<YLog::Dispatcher::Callback*>(callback.Get()));
+    callback = New<DispatcherCallback>([&called, &callback](auto&) {
+      called.push_back(static_cast<YLog::Dispatcher::Callback*>(callback.Get()));
     });
     addresses.push_back(static_cast<YLog::Dispatcher::Callback*>(callback.Get()));
     mpDispatcher->RegisterCallback(callback.Get());
   }
   std::sort(addresses.begin(), addresses.end(), std::less<>());
   mpDispatcher->SetDestinations(Destinations());
-  EXPECT_EQ(addresses, told);
+  EXPECT_EQ(addresses, called);
 }
 
-TEST_F(Dispatcher, CallbackThatThrowsLeavesTheNewListInForceAndTheOthersUntold) {
-  int told = 0;
+TEST_F(Dispatcher, AppliesTheNewListButCallsNoMoreCallbacksAfterOneThatThrows) {
+  int called = 0;
   const auto fail = [&](auto&) {
-    ++told;
+    ++called;
     throw std::runtime_error("callback");
   };
   const auto first = New<DispatcherCallback>(fail);
@@ -217,11 +217,11 @@ TEST_F(Dispatcher, CallbackThatThrowsLeavesTheNewListInForceAndTheOthersUntold) 
   mpDispatcher->RegisterCallback(second.Get());
   EXPECT_THROW(mpDispatcher->SetDestinations(Destinations({New<RecordingDestination>()})),
                std::runtime_error);
-  EXPECT_EQ(1, told);
+  EXPECT_EQ(1, called);
   EXPECT_TRUE(mpDispatcher->IsEnabled());
 }
 
-TEST_F(Dispatcher, CallbackMayCallBack) {
+TEST_F(Dispatcher, CallbackMayCallTheDispatcher) {
   const auto destination = New<RecordingDestination>();
   const auto late = New<DispatcherCallback>();
   SmartPtrI<DispatcherCallback> callback;
@@ -240,7 +240,7 @@ TEST_F(Dispatcher, CallbackMayCallBack) {
   EXPECT_FALSE(mpDispatcher->IsEnabled());
 }
 
-TEST_F(Dispatcher, ReleasesTheOldDestinationsBackToFrontAfterTheCallbacksHaveHeard) {
+TEST_F(Dispatcher, ReleasesTheOldDestinationsInReverseOrderAfterTheCallbacks) {
   std::string order;
   mpDispatcher->SetDestinations(Destinations({New<RecordingDestination>(nullptr, [&] { order += "1"; }),
                                               New<RecordingDestination>(nullptr, [&] { order += "2"; }),
@@ -251,7 +251,7 @@ TEST_F(Dispatcher, ReleasesTheOldDestinationsBackToFrontAfterTheCallbacksHaveHea
   EXPECT_EQ("changed 321", order);
 }
 
-TEST_F(Dispatcher, DestructorsOfTheClientMayCallBack) {
+TEST_F(Dispatcher, DestructorsOfTheClientMayCallTheDispatcher) {
   const auto look = [dispatcher = mpDispatcher.Get()] {
     dispatcher->UnregisterCallback(nullptr);
     EXPECT_FALSE(dispatcher->IsEnabled());
@@ -282,7 +282,7 @@ TEST_F(Dispatcher, DestinationReplacedWhileLoggingOutlivesTheCall) {
   EXPECT_THAT(last->Texts(), ElementsAre("text"));
 }
 
-TEST_F(Dispatcher, ReleasesItsDestinationsAndCallbacksWhenItGoes) {
+TEST_F(Dispatcher, ReleasesItsCallbacksAndDestinationsOnDestruction) {
   std::string order;
   auto dispatcher = YLog::CreateDispatcher("Info");
   dispatcher->SetDestinations(Destinations({New<RecordingDestination>(nullptr, [&] { order += "1"; }),
@@ -292,7 +292,7 @@ TEST_F(Dispatcher, ReleasesItsDestinationsAndCallbacksWhenItGoes) {
   EXPECT_EQ("callback 21", order);
 }
 
-TEST_F(Dispatcher, MessageGoesWhollyToTheOldOrTheNewList) {
+TEST_F(Dispatcher, MessageReachesEitherTheWholeOldListOrTheWholeNewOne) {
   constexpr int MESSAGES = 2'000;
   constexpr int THREADS = 4;
   std::atomic<long> balance{0};
@@ -318,7 +318,7 @@ TEST_F(Dispatcher, MessageGoesWhollyToTheOldOrTheNewList) {
   EXPECT_EQ(total, static_cast<long>(up->Records().size() + down->Records().size()));
 }
 
-TEST_F(Dispatcher, ThreadsDoNotMixTheirHeaders) {
+TEST_F(Dispatcher, HeadersOfThreadsAreNotMixedUp) {
   const auto destination = New<RecordingDestination>();
   mpDispatcher->SetDestinations(Destinations({destination}));
   const auto log = [&](const char* session) {

@@ -13,7 +13,7 @@ using Support::Destinations;
 using Support::GetAllocationCount;
 using Support::New;
 
-/// Lays out the header's text line as a file does, and keeps nothing.
+/// Lays out the header's text line like a disk file, but writes and keeps nothing.
 class PrintingDestination final : public YLog::Destination,
                                   public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
@@ -51,11 +51,11 @@ TEST(HotPath, AllocatesNothingOnceTheThreadHasLogged) {
     if (message == 0) afterFirst = GetAllocationCount();
   }
   EXPECT_EQ(afterFirst, GetAllocationCount());
-  EXPECT_GT(afterFirst, atStart) << "allocations are to be counted inside the library, too";
+  EXPECT_GT(afterFirst, atStart) << "allocations inside the library are not counted";
   EXPECT_GT(destination->GetLength(), 2'000U * 200U);
 }
 
-/// How often a thread that has logged before allocates for one more message like that.
+/// The number of allocations when `log` runs for the second time in a thread.
 unsigned long CountAllocations(auto log) {
   log();
   const unsigned long before = GetAllocationCount();
@@ -63,7 +63,7 @@ unsigned long CountAllocations(auto log) {
   return GetAllocationCount() - before;
 }
 
-TEST(HotPath, AllocatesTheTextOfACatalogueAlone) {
+TEST(HotPath, AllocatesOnlyTheTextOfACatalogue) {
   const YLog::Initializer initializer;
   const auto bundle = YResource::CreateMemoryBundle(7);
   bundle->SetText(300, 0, "Order %1, longer than a short string");

@@ -34,7 +34,7 @@ class LogAndThrow : public testing::Test {
   void SetBundle(const SmartPtrI<RecordingBundle>& bundle) const {
     mpRouter->GetLogger()->SetResourceBundle(bundle.Get());
   }
-  /// What the function throws; a failure where it returns.
+  /// The exception that the function throws; a failure of the test if it returns.
   static BaseException ThrownBy(const std::function<void()>& function) {
     try {
       function();
@@ -51,7 +51,7 @@ class LogAndThrow : public testing::Test {
   SmartPtrI<RecordingDestination> mpDestination;
 };
 
-TEST_F(LogAndThrow, StringIsLoggedAsItIsAndThrown) {
+TEST_F(LogAndThrow, StringIsLoggedUnchangedAndThrown) {
   Enable();
   const auto thrown = ThrownBy([&] { LogStringAndThrowBaseException(*mpRouter, "100 %1"); });
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("100 %1"));
@@ -111,20 +111,20 @@ TEST_F(LogAndThrow, RecordsHaveNoSourcePosition) {
   }
 }
 
-TEST_F(LogAndThrow, WithoutACatalogueThrowTheDefault) {
+TEST_F(LogAndThrow, ThrowTheDefaultWithoutACatalogue) {
   Enable();
   EXPECT_STREQ("Order", ThrownBy([&] { LogStringAndThrowBaseException(*mpRouter, 1, "Order"); }).what());
   EXPECT_STREQ("0/1", ThrownBy([&] { LogStringAndThrowBaseException(*mpRouter, 1); }).what());
 }
 
-TEST_F(LogAndThrow, ThrowWithoutADestinationToo) {
+TEST_F(LogAndThrow, ThrowEvenWithoutADestination) {
   EXPECT_STREQ("text", ThrownBy([&] { LogStringAndThrowBaseException(*mpRouter, "text"); }).what());
   EXPECT_STREQ("text 1", ThrownBy([&] {
                            LogMessageAndThrowBaseException(*mpRouter, "text %1", GetMessageFormatter() << 1);
                          }).what());
 }
 
-TEST_F(LogAndThrow, LogWhateverTheRoutersFlagSays) {
+TEST_F(LogAndThrow, LogRegardlessOfTheRoutersFlag) {
   Enable();
   mpRouter->mEnabled = false;
   ThrownBy([&] { LogStringAndThrowBaseException(*mpRouter, "text"); });
@@ -132,13 +132,13 @@ TEST_F(LogAndThrow, LogWhateverTheRoutersFlagSays) {
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("text", "text"));
 }
 
-TEST_F(LogAndThrow, WhatADestinationThrowsReplacesIt) {
+TEST_F(LogAndThrow, ExceptionOfADestinationReplacesIt) {
   Enable([](auto, const auto&) { throw std::runtime_error("full"); });
   EXPECT_THROW(LogStringAndThrowBaseException(*mpRouter, "text"), std::runtime_error);
   EXPECT_THROW(LogMessageAndThrowBaseException(*mpRouter, 1, GetMessageFormatter()), std::runtime_error);
 }
 
-TEST_F(LogAndThrow, WhatTheCatalogueThrowsReplacesItAndNothingIsLogged) {
+TEST_F(LogAndThrow, ExceptionOfTheCatalogueReplacesItAndNothingIsLogged) {
   Enable();
   SetBundle(New<RecordingBundle>("text", [] { throw std::runtime_error("catalogue"); }));
   EXPECT_THROW(LogStringAndThrowBaseException(*mpRouter, 1), std::runtime_error);
@@ -151,7 +151,7 @@ TEST_F(LogAndThrow, CanBeCaughtAsAStandardException) {
   EXPECT_THROW(LogStringAndThrowBaseException(*mpRouter, "text"), YBase::Message);
 }
 
-TEST_F(LogAndThrow, RefuseNullForATextAndATemplate) {
+TEST_F(LogAndThrow, RefuseNullForAText) {
   EXPECT_DEBUG_DEATH(
       ThrownBy([&] { LogStringAndThrowBaseException(*mpRouter, static_cast<const char*>(nullptr)); }),
       "text != nullptr");

@@ -40,7 +40,7 @@ class LogByID : public testing::Test {
   void SetBundle(const SmartPtrI<RecordingBundle>& bundle) const {
     mpRouter->GetLogger()->SetResourceBundle(bundle.Get());
   }
-  /// A catalogue that nobody but who asks it holds while it answers.
+  /// A catalogue that, once asked, is held only by the operation that asks it.
   SmartPtrI<RecordingBundle> MakeShortLivedBundle() {
     return New<RecordingBundle>(
         "text", [this] { SetBundle(nullptr); }, [this] { mEvents.emplace_back("bundle gone"); });
@@ -67,7 +67,7 @@ TEST_F(LogByID, MessageFillsTheArgumentsIntoTheTemplateOfTheCatalogue) {
   EXPECT_EQ("template 300 1031 Order %1", bundle->GetQuestion());
 }
 
-TEST_F(LogByID, StringIsTheTextOfTheCatalogueAsItIs) {
+TEST_F(LogByID, StringIsTheUnchangedTextOfTheCatalogue) {
   const auto bundle = New<RecordingBundle>("100 %1 %%");
   SetBundle(bundle);
   YLog::LogString(*mpRouter, 300, "default");
@@ -87,7 +87,7 @@ TEST_F(LogByID, FollowsTheLanguageOfTheProcess) {
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("Auftrag 1", "order 2"));
 }
 
-TEST_F(LogByID, FallsBackToTheDefaultThatTheCatalogueDoesNotKnowBetter) {
+TEST_F(LogByID, FallsBackToTheDefaultForAnIdThatTheCatalogueLacks) {
   mpRouter->GetLogger()->SetResourceBundle(YResource::CreateMemoryBundle(7).Get());
   YLog::LogMessage(*mpRouter, 300, GetMessageFormatter() << 17, "Order %1");
   YLog::LogString(*mpRouter, 300, "Order");
@@ -96,7 +96,7 @@ TEST_F(LogByID, FallsBackToTheDefaultThatTheCatalogueDoesNotKnowBetter) {
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("Order 17", "Order", "7/300", "7/300"));
 }
 
-TEST_F(LogByID, WithoutACatalogueUsesTheDefaultAndElseTheIdItself) {
+TEST_F(LogByID, WithoutACatalogueUsesTheDefaultOrElseTheId) {
   YLog::LogMessage(*mpRouter, 300, GetMessageFormatter() << 17, "Order %1");
   YLog::LogString(*mpRouter, 300, "Order");
   YLog::LogMessage(*mpRouter, 300, GetMessageFormatter() << 17);
@@ -104,7 +104,7 @@ TEST_F(LogByID, WithoutACatalogueUsesTheDefaultAndElseTheIdItself) {
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("Order 17", "Order", "0/300", "0/300"));
 }
 
-TEST_F(LogByID, TakesTheSourcePositionOfTheCall) {
+TEST_F(LogByID, RecordsTheSourcePositionOfTheCall) {
   const int line = __LINE__ + 1;
   YLog::LogMessage(*mpRouter, 300, GetMessageFormatter(), "text");
   YLog::LogString(*mpRouter, 300, "text");
@@ -116,7 +116,7 @@ TEST_F(LogByID, TakesTheSourcePositionOfTheCall) {
   EXPECT_EQ(line + 1, mpDestination->Records().at(1).lineNumber);
 }
 
-TEST_F(LogByID, PassesOnTheSourcePositionThatItIsGiven) {
+TEST_F(LogByID, RecordsAnExplicitSourcePosition) {
   YLog::LogMessage(*mpRouter, 300, GetMessageFormatter(), "text", "/src/main.cpp", "Run", 42);
   YLog::LogString(*mpRouter, 300, "text", "/src/main.cpp", "Run", 42);
   for (const Record& record : mpDestination->Records()) {
@@ -159,14 +159,14 @@ TEST_F(LogByID, CatalogueIsHeldUntilTheMessageIsLogged) {
   EXPECT_THAT(mEvents, ElementsAre("logged", "bundle gone"));
 }
 
-TEST_F(LogByID, CatalogueIsLetGoBeforeAMessageThatIsThenThrown) {
+TEST_F(LogByID, CatalogueIsReleasedBeforeAMessageThatIsThenThrown) {
   Enable(MakeEventDestination());
   SetBundle(MakeShortLivedBundle());
   EXPECT_THROW(YLog::LogMessageAndThrowBaseException(*mpRouter, 300, GetMessageFormatter()), YBase::Message);
   EXPECT_THAT(mEvents, ElementsAre("bundle gone", "logged"));
 }
 
-TEST_F(LogByID, PassesOnWhatTheCatalogueThrows) {
+TEST_F(LogByID, PropagatesExceptionsOfTheCatalogue) {
   SetBundle(New<RecordingBundle>("text", [] { throw std::runtime_error("catalogue"); }));
   EXPECT_THROW(YLog::LogMessage(*mpRouter, 300, GetMessageFormatter()), std::runtime_error);
   EXPECT_THROW(YLog::LogString(*mpRouter, 300), std::runtime_error);

@@ -56,7 +56,7 @@ TEST_F(Log, NothingHappensWhileTheRouterIsDisabled) {
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("kept"));
 }
 
-TEST_F(Log, AsksTheRoutersFlagAlone) {
+TEST_F(Log, ChecksOnlyTheRoutersFlag) {
   Enable();
   mpRouter->mEnabled = false;
   YLog::LogMessage(*mpRouter, "text", YLog::GetMessageFormatter());
@@ -64,7 +64,7 @@ TEST_F(Log, AsksTheRoutersFlagAlone) {
   EXPECT_THAT(mpDestination->Texts(), IsEmpty());
 }
 
-TEST_F(Log, StringIsLoggedAsItIsAndNeverTheDefaultText) {
+TEST_F(Log, StringIsLoggedUnchangedAndNeverTheDefaultText) {
   Enable();
   YLog::LogString(*mpRouter, "100 %1 %%", "default");
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("100 %1 %%"));
@@ -77,7 +77,7 @@ TEST_F(Log, MessageNeverUsesTheDefaultTemplate) {
   EXPECT_THAT(mpDestination->Texts(), ElementsAre(""));
 }
 
-TEST_F(Log, TakesTheSourcePositionOfTheCall) {
+TEST_F(Log, RecordsTheSourcePositionOfTheCall) {
   Enable();
   const int line = __LINE__ + 1;
   YLog::LogString(*mpRouter, "text");
@@ -90,13 +90,13 @@ TEST_F(Log, TakesTheSourcePositionOfTheCall) {
   EXPECT_EQ(line + 1, mpDestination->Records().at(1).lineNumber);
 }
 
-TEST_F(Log, PassesOnTheSourcePositionThatItIsGiven) {
+TEST_F(Log, RecordsAnExplicitSourcePosition) {
   Enable();
   YLog::LogString(*mpRouter, "text", nullptr, "/src/main.cpp", "Run", 42);
   EXPECT_TRUE(TheRecord().line.ends_with("[main.cpp:Run at line:42]")) << TheRecord().line;
 }
 
-TEST_F(Log, HandsOnTextsLongerThanTheStorageOfTheFormatter) {
+TEST_F(Log, LogsTextsLongerThanTheFormattersOwnStorage) {
   Enable();
   const std::string text(10'000, 'x');
   YLog::LogMessage(*mpRouter, "%1", YLog::GetMessageFormatter() << text);
@@ -120,7 +120,7 @@ TEST_F(Log, ArgumentThatItselfLogsDoesNotDisturbTheMessage) {
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("counting orders", "orders: 3"));
 }
 
-TEST_F(Log, PassesOnWhatADestinationThrows) {
+TEST_F(Log, PropagatesExceptionsOfADestination) {
   mpRouter->GetDispatcher()->SetDestinations(
       Destinations({New<RecordingDestination>([](auto, const auto&) { throw std::runtime_error("full"); })}));
   EXPECT_THROW(YLog::LogString(*mpRouter, "text"), std::runtime_error);

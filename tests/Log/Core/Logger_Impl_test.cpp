@@ -39,51 +39,51 @@ class LoggerImpl : public testing::Test {
   const YLog::Initializer mInitializer;
 };
 
-TEST_F(LoggerImpl, ChangesOfItsDispatchersReachNobodyOnceItIsGone) {
+TEST_F(LoggerImpl, ReportsNoChangeAfterItsDestruction) {
   auto logger = CreateLogger();
   const auto dispatcher = logger->GetDispatcher(logger->ObtainCookie("Error"));
-  int heard = 0;
-  logger->RegisterCallback(New<LoggerCallback>([&](auto) { ++heard; }).Get());
+  int notifications = 0;
+  logger->RegisterCallback(New<LoggerCallback>([&](auto) { ++notifications; }).Get());
   dispatcher->SetDestinations(Destinations());
-  EXPECT_EQ(1, heard);
+  EXPECT_EQ(1, notifications);
   logger = nullptr;
   dispatcher->SetDestinations(Destinations({New<RecordingDestination>()}));
-  EXPECT_EQ(1, heard);
+  EXPECT_EQ(1, notifications);
 }
 
 TEST_F(LoggerImpl, StaysAliveWhileItReportsAChange) {
   auto logger = CreateLogger();
   const auto dispatcher = logger->GetDispatcher(logger->ObtainCookie("Error"));
-  int heard = 0;
+  int notifications = 0;
   const auto callback = New<LoggerCallback>([&](auto) {
     logger = nullptr;
-    ++heard;
+    ++notifications;
   });
   logger->RegisterCallback(callback.Get());
   dispatcher->SetDestinations(Destinations());
   dispatcher->SetDestinations(Destinations());
-  EXPECT_EQ(1, heard);
+  EXPECT_EQ(1, notifications);
 }
 
-TEST_F(LoggerImpl, MayGoWhileItsDispatcherChanges) {
+TEST_F(LoggerImpl, MayBeDestroyedWhileItsDispatcherChanges) {
   for (int round = 0; round < 200; ++round) {
     auto logger = CreateLogger();
     const auto dispatcher = logger->GetDispatcher(logger->ObtainCookie("Error"));
-    std::atomic<int> heard{0};
-    logger->RegisterCallback(New<LoggerCallback>([&](auto) { ++heard; }).Get());
+    std::atomic<int> notifications{0};
+    logger->RegisterCallback(New<LoggerCallback>([&](auto) { ++notifications; }).Get());
     {
       const std::jthread changing([&] {
         for (int change = 0; change < 10; ++change) dispatcher->SetDestinations(Destinations());
       });
       logger = nullptr;
     }
-    const int before = heard;
+    const int before = notifications;
     dispatcher->SetDestinations(Destinations());
-    ASSERT_EQ(before, heard);
+    ASSERT_EQ(before, notifications);
   }
 }
 
-/// A client's dispatcher that still knows the callback that was registered last, when it no longer is.
+/// A client's dispatcher that remembers the callback registered last, even after it is unregistered.
 class RememberingDispatcher final : public Support::ForwardingDispatcher {
  public:
   using ForwardingDispatcher::ForwardingDispatcher;
@@ -103,7 +103,7 @@ class RememberingDispatcher final : public Support::ForwardingDispatcher {
   ~RememberingDispatcher() override = default;
 };
 
-TEST_F(LoggerImpl, UnregistersFromAllItsDispatchersWhenItGoes) {
+TEST_F(LoggerImpl, UnregistersFromAllItsDispatchersOnDestruction) {
   std::vector<SmartPtrI<RememberingDispatcher>> dispatchers;
   YLog::SetConfigurationHook(New<ConfigurableHook>([&](auto& dispatcher, auto&) {
                                dispatchers.push_back(New<RememberingDispatcher>(dispatcher));
@@ -117,25 +117,25 @@ TEST_F(LoggerImpl, UnregistersFromAllItsDispatchersWhenItGoes) {
   EXPECT_EQ(3U, dispatchers.size());
 }
 
-TEST_F(LoggerImpl, ChangeThatIsUnderWayWhenItGoesReachesNoneThatComesAfterIt) {
+TEST_F(LoggerImpl, LateChangeAfterItsDestructionReachesNoNewLogger) {
   const auto dispatcher = New<RememberingDispatcher>(YLog::CreateDispatcher("Error"));
   YLog::SetConfigurationHook(
       New<ConfigurableHook>([&](auto& configured, auto&) { configured = dispatcher; }).Get());
   CreateLogger()->ObtainCookie("Error");
-  // One of these has the memory of the first, where a forgotten pointer would lead. With a sanitizer none
-  // has, and the sanitizer would complain instead.
+  // One of these reuses the memory of the destroyed logger, so it would be called through a dangling
+  // pointer. Under a sanitizer none does, and the sanitizer would report the pointer instead.
   std::vector<SmartPtrI<Logger_Impl>> loggers;
-  int heard = 0;
+  int notifications = 0;
   for (int count = 0; count < 16; ++count) {
     loggers.push_back(CreateLogger());
-    loggers.back()->RegisterCallback(New<LoggerCallback>([&](auto) { ++heard; }).Get());
+    loggers.back()->RegisterCallback(New<LoggerCallback>([&](auto) { ++notifications; }).Get());
   }
   ASSERT_TRUE(dispatcher->mpCallback);
   dispatcher->mpCallback->DispatcherChanged(*dispatcher);
-  EXPECT_EQ(0, heard);
+  EXPECT_EQ(0, notifications);
 }
 
-/// A client's dispatcher that notes its name when it is destroyed.
+/// A client's dispatcher that records its name when it is destroyed.
 class MortalDispatcher final : public Support::ForwardingDispatcher {
  public:
   MortalDispatcher(SmartPtrI<YLog::Dispatcher> inner, std::vector<std::string>& destroyed)
@@ -147,12 +147,12 @@ class MortalDispatcher final : public Support::ForwardingDispatcher {
   std::vector<std::string>& mDestroyed;
 };
 
-/// Does something when the last copy is destroyed.
+/// Runs `action` when the last copy is destroyed.
 std::shared_ptr<void> AtTheEnd(std::function<void()> action) {
   return {nullptr, [action = std::move(action)](void*) { action(); }};
 }
 
-TEST_F(LoggerImpl, ReleasesItsCallbacksThenItsDispatchersBackToFrontThenItsCatalogue) {
+TEST_F(LoggerImpl, ReleasesItsCallbacksThenItsDispatchersInReverseOrderThenItsCatalogue) {
   std::vector<std::string> destroyed;
   YLog::SetConfigurationHook(New<ConfigurableHook>([&](auto& dispatcher, auto&) {
                                dispatcher = New<MortalDispatcher>(dispatcher, destroyed);

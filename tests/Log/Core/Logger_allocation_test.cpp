@@ -13,7 +13,8 @@ using Support::ConfigurableHook;
 using Support::New;
 using YBase::SmartPtrI;
 
-/// A client's dispatcher that needs no memory to be listened to, and counts how often that begins and ends.
+/// A client's dispatcher that allocates nothing for callbacks, and counts how often they are registered and
+/// unregistered.
 class CountingDispatcher final : public Support::ForwardingDispatcher {
  public:
   using ForwardingDispatcher::ForwardingDispatcher;
@@ -30,7 +31,7 @@ class CountingDispatcher final : public Support::ForwardingDispatcher {
 
 class LoggerWithoutMemory : public testing::Test {
  protected:
-  /// Whether a dispatcher is added when so many allocations succeed and the next one fails.
+  /// Whether a dispatcher is added if `successes` allocations succeed and the next one fails.
   bool Adds(unsigned long successes) const {
     const Support::AllocationFailure failure(successes);
     try {
@@ -45,7 +46,7 @@ class LoggerWithoutMemory : public testing::Test {
   const SmartPtrI<YLog::Logger> mpLogger = YLog::GetLogger("Kernel", YSynch::LOCK_STACK_CATEGORY_OBJECT);
 };
 
-TEST_F(LoggerWithoutMemory, ListensToNoDispatcherThatItCannotAdd) {
+TEST_F(LoggerWithoutMemory, DoesNotListenToADispatcherThatItCannotAdd) {
   mpLogger->Dispatchers().ObtainCookie("Error");
   const auto dispatcher = New<CountingDispatcher>(YLog::CreateDispatcher("Info"));
   YLog::SetConfigurationHook(

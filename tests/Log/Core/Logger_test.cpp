@@ -36,9 +36,9 @@ class Logger : public testing::Test {
   void Refresh(ConfigurableHook::OnDispatcher onDispatcher) const {
     mpLogger->RefreshConfiguration(*New<ConfigurableHook>(std::move(onDispatcher)));
   }
-  /// Appends the cookies that the logger's callbacks hear from now on.
-  SmartPtrI<LoggerCallback> Listen(Cookies& heard) const {
-    auto callback = New<LoggerCallback>([&heard](unsigned short cookie) { heard.push_back(cookie); });
+  /// Appends the cookies that the logger reports from now on.
+  SmartPtrI<LoggerCallback> Listen(Cookies& reported) const {
+    auto callback = New<LoggerCallback>([&reported](unsigned short cookie) { reported.push_back(cookie); });
     mpLogger->RegisterCallback(callback.Get());
     return callback;
   }
@@ -54,17 +54,17 @@ TEST_F(Logger, IssuesCookiesFrom0xDAFFDownwards) {
   EXPECT_EQ(0xDAFF, Obtain("Error"));
 }
 
-TEST_F(Logger, AskingAgainForANameCreatesNoDispatcher) {
+TEST_F(Logger, CreatesNoSecondDispatcherForAName) {
   const auto dispatcher = Get(Obtain("Error"));
   EXPECT_EQ(dispatcher, Get(Obtain("Error")));
   EXPECT_FALSE(Get(0xDAFE));
 }
 
-TEST_F(Logger, TellsNamesApartByCase) {
+TEST_F(Logger, DistinguishesNamesByCase) {
   EXPECT_NE(Obtain("Error"), Obtain("error"));
 }
 
-TEST_F(Logger, TakesTheEmptyNameAndLongOnesWithOddBytes) {
+TEST_F(Logger, AcceptsAnEmptyNameAndALongOneWithUnprintableBytes) {
   const std::string name = std::string(10'000, '\xFE') + "\n\x01";
   EXPECT_STREQ("", Get(Obtain(""))->GetName());
   EXPECT_EQ(name, Get(Obtain(name.c_str()))->GetName());
@@ -75,13 +75,13 @@ TEST_F(Logger, RefusesNullForADispatcherName) {
   EXPECT_DEBUG_DEATH(Obtain(nullptr), "text != nullptr");
 }
 
-TEST_F(Logger, WithoutAHookMakesDispatchersThatAreDisabled) {
+TEST_F(Logger, CreatesDisabledDispatchersWithoutAHook) {
   const auto dispatcher = Get(Obtain("Error"));
   EXPECT_STREQ("Error", dispatcher->GetName());
   EXPECT_FALSE(dispatcher->IsEnabled());
 }
 
-TEST_F(Logger, ShowsEachNewDispatcherToTheHookOnce) {
+TEST_F(Logger, PassesEachNewDispatcherToTheHookOnce) {
   std::vector<std::string> shown;
   YLog::SetConfigurationHook(New<ConfigurableHook>([&](auto& dispatcher, YLog::Logger& logger) {
                                EXPECT_EQ(mpLogger.Get(), &logger);
@@ -94,15 +94,15 @@ TEST_F(Logger, ShowsEachNewDispatcherToTheHookOnce) {
   EXPECT_THAT(shown, ElementsAre("Error", "Info"));
 }
 
-TEST_F(Logger, TakesTheDispatcherThatTheHookPutsInPlace) {
+TEST_F(Logger, UsesTheDispatcherThatTheHookSubstitutes) {
   const auto own = YLog::CreateDispatcher("Own");
   YLog::SetConfigurationHook(New<ConfigurableHook>([&](auto& dispatcher, auto&) { dispatcher = own; }).Get());
-  Cookies heard;
-  Listen(heard);
+  Cookies reported;
+  Listen(reported);
   const unsigned short cookie = Obtain("Error");
   EXPECT_EQ(own, Get(cookie));
   own->SetDestinations(Destinations());
-  EXPECT_EQ(Cookies{cookie}, heard);
+  EXPECT_EQ(Cookies{cookie}, reported);
 }
 
 TEST_F(Logger, FindsDispatchersByTheirOwnName) {
@@ -113,20 +113,20 @@ TEST_F(Logger, FindsDispatchersByTheirOwnName) {
   EXPECT_NE(cookie, Obtain("Error"));
 }
 
-TEST_F(Logger, KeepsTheDispatcherWhereTheHookStoresNull) {
+TEST_F(Logger, KeepsTheDispatcherIfTheHookStoresNull) {
   YLog::SetConfigurationHook(
       New<ConfigurableHook>([](auto& dispatcher, auto&) { dispatcher = nullptr; }).Get());
   const auto dispatcher = Get(Obtain("Error"));
   ASSERT_TRUE(dispatcher);
   EXPECT_STREQ("Error", dispatcher->GetName());
-  Cookies heard;
-  Listen(heard);
+  Cookies reported;
+  Listen(reported);
   Refresh([](auto& refreshed, auto&) { refreshed = nullptr; });
   EXPECT_EQ(dispatcher, Get(0xDAFF));
-  EXPECT_EQ(Cookies(), heard);
+  EXPECT_EQ(Cookies(), reported);
 }
 
-TEST_F(Logger, HookThatThrowsLeavesNoDispatcherBehind) {
+TEST_F(Logger, AddsNoDispatcherIfTheHookThrows) {
   YLog::SetConfigurationHook(
       New<ConfigurableHook>([](auto&, auto&) { throw std::runtime_error("hook"); }).Get());
   EXPECT_THROW(Obtain("Error"), std::runtime_error);
@@ -141,7 +141,7 @@ TEST_F(Logger, HookMayAskTheLoggerForOtherDispatchers) {
   EXPECT_EQ(0xDAFE, Obtain("Error"));
 }
 
-TEST_F(Logger, HandsMessagesToTheDispatcherBehindTheCookie) {
+TEST_F(Logger, PassesMessagesToTheDispatcherOfTheCookie) {
   const unsigned short error = Obtain("Error");
   const unsigned short info = Obtain("Info");
   const auto errors = New<RecordingDestination>();
@@ -168,7 +168,7 @@ TEST_F(Logger, DropsMessagesForCookiesThatItDidNotIssue) {
   }
 }
 
-TEST_F(Logger, PassesOnWhatADestinationThrows) {
+TEST_F(Logger, PropagatesExceptionsOfADestination) {
   const unsigned short cookie = Obtain("Error");
   Get(cookie)->SetDestinations(
       Destinations({New<RecordingDestination>([](auto, const auto&) { throw std::runtime_error("full"); })}));
@@ -178,31 +178,31 @@ TEST_F(Logger, PassesOnWhatADestinationThrows) {
 TEST_F(Logger, ReportsChangesWithTheCookieOfTheDispatcher) {
   const unsigned short error = Obtain("Error");
   const unsigned short info = Obtain("Info");
-  Cookies heard;
-  const auto callback = Listen(heard);
+  Cookies reported;
+  const auto callback = Listen(reported);
   Get(info)->SetDestinations(Destinations());
   Get(error)->SetDestinations(Destinations());
-  EXPECT_EQ((Cookies{info, error}), heard);
+  EXPECT_EQ((Cookies{info, error}), reported);
   mpLogger->UnregisterCallback(callback.Get());
   Get(error)->SetDestinations(Destinations());
-  EXPECT_EQ(2U, heard.size());
+  EXPECT_EQ(2U, reported.size());
 }
 
-TEST_F(Logger, TellsACallbackThatIsRegisteredTwiceOnceAndSkipsNull) {
+TEST_F(Logger, CallsACallbackThatIsRegisteredTwiceOnlyOnceAndSkipsNull) {
   const unsigned short cookie = Obtain("Error");
-  Cookies heard;
-  const auto callback = Listen(heard);
+  Cookies reported;
+  const auto callback = Listen(reported);
   mpLogger->RegisterCallback(callback.Get());
   mpLogger->RegisterCallback(nullptr);
   Get(cookie)->SetDestinations(Destinations());
-  EXPECT_EQ(Cookies{cookie}, heard);
+  EXPECT_EQ(Cookies{cookie}, reported);
   mpLogger->UnregisterCallback(callback.Get());
   mpLogger->UnregisterCallback(callback.Get());
   Get(cookie)->SetDestinations(Destinations());
-  EXPECT_EQ(Cookies{cookie}, heard);
+  EXPECT_EQ(Cookies{cookie}, reported);
 }
 
-TEST_F(Logger, CallbackMayCallBack) {
+TEST_F(Logger, CallbackMayCallTheLogger) {
   const unsigned short cookie = Obtain("Error");
   SmartPtrI<LoggerCallback> callback;
   callback = New<LoggerCallback>([&](unsigned short changed) {
@@ -215,27 +215,27 @@ TEST_F(Logger, CallbackMayCallBack) {
   EXPECT_TRUE(Get(0xDAFE));
 }
 
-TEST_F(Logger, PassesOnWhatACallbackThrows) {
+TEST_F(Logger, PropagatesExceptionsOfACallback) {
   const auto callback = New<LoggerCallback>([](auto) { throw std::runtime_error("callback"); });
   mpLogger->RegisterCallback(callback.Get());
   const auto dispatcher = Get(Obtain("Error"));
   EXPECT_THROW(dispatcher->SetDestinations(Destinations()), std::runtime_error);
 }
 
-TEST_F(Logger, TellsDispatchersOfOneNameApart) {
+TEST_F(Logger, DistinguishesDispatchersOfTheSameName) {
   Obtain("Error");
   Obtain("Info");
   const auto twin = YLog::CreateDispatcher("Error");
   Refresh([&](auto& dispatcher, auto&) {
     if (std::string("Info") == dispatcher->GetName()) dispatcher = twin;
   });
-  Cookies heard;
-  Listen(heard);
+  Cookies reported;
+  Listen(reported);
   twin->SetDestinations(Destinations());
-  EXPECT_EQ(Cookies{0xDAFE}, heard);
+  EXPECT_EQ(Cookies{0xDAFE}, reported);
 }
 
-TEST_F(Logger, ReportsADispatcherWithEveryCookieThatLeadsToIt) {
+TEST_F(Logger, ReportsAChangeWithEveryCookieOfTheDispatcher) {
   Obtain("Error");
   Obtain("Info");
   Obtain("Debug");
@@ -243,13 +243,13 @@ TEST_F(Logger, ReportsADispatcherWithEveryCookieThatLeadsToIt) {
   Refresh([&](auto& dispatcher, auto&) {
     if (std::string("Info") != dispatcher->GetName()) dispatcher = shared;
   });
-  Cookies heard;
-  Listen(heard);
+  Cookies reported;
+  Listen(reported);
   shared->SetDestinations(Destinations());
-  EXPECT_EQ((Cookies{0xDAFF, 0xDAFD}), heard);
+  EXPECT_EQ((Cookies{0xDAFF, 0xDAFD}), reported);
 }
 
-TEST_F(Logger, GoesOnListeningToADispatcherThatStandsElsewhereToo) {
+TEST_F(Logger, KeepsListeningToADispatcherThatIsStillInAnotherPlace) {
   Obtain("Error");
   Obtain("Info");
   const auto shared = YLog::CreateDispatcher("Shared");
@@ -258,13 +258,13 @@ TEST_F(Logger, GoesOnListeningToADispatcherThatStandsElsewhereToo) {
   Refresh([&](auto& dispatcher, auto&) {
     if (++shown == 1) dispatcher = YLog::CreateDispatcher("Other");
   });
-  Cookies heard;
-  Listen(heard);
+  Cookies reported;
+  Listen(reported);
   shared->SetDestinations(Destinations());
-  EXPECT_EQ(Cookies{0xDAFE}, heard);
+  EXPECT_EQ(Cookies{0xDAFE}, reported);
 }
 
-/// A dispatcher of the client's own, which changes as soon as somebody listens to it.
+/// A client's dispatcher that reports a change as soon as a callback is registered.
 class RestlessDispatcher final : public YLog::Dispatcher,
                                  public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
@@ -287,59 +287,59 @@ class RestlessDispatcher final : public YLog::Dispatcher,
   const std::string mName;
 };
 
-TEST_F(Logger, ReportsADispatcherThatIsNotInTheListOnePastTheEnd) {
+TEST_F(Logger, ReportsADispatcherThatIsNotYetInTheListWithTheNextCookie) {
   YLog::SetConfigurationHook(New<ConfigurableHook>([](auto& dispatcher, auto&) {
                                dispatcher = New<RestlessDispatcher>(dispatcher->GetName());
                              }).Get());
-  Cookies heard;
-  Listen(heard);
+  Cookies reported;
+  Listen(reported);
   Obtain("Error");
   Obtain("Info");
-  EXPECT_EQ((Cookies{0xDAFF, 0xDAFE}), heard);
+  EXPECT_EQ((Cookies{0xDAFF, 0xDAFE}), reported);
 }
 
-TEST_F(Logger, ReportsADispatcherThatIsNotInTheListByItsName) {
+TEST_F(Logger, ReportsADispatcherThatIsNotYetInTheListWithTheCookieOfItsName) {
   Obtain("Error");
   Obtain("Info");
-  Cookies heard;
-  Listen(heard);
+  Cookies reported;
+  Listen(reported);
   Refresh([](auto& dispatcher, auto&) {
     if (std::string("Info") == dispatcher->GetName()) dispatcher = New<RestlessDispatcher>("Error");
   });
-  EXPECT_EQ((Cookies{0xDAFF, 0xDAFE}), heard);
+  EXPECT_EQ((Cookies{0xDAFF, 0xDAFE}), reported);
 }
 
-TEST_F(Logger, RefreshShowsTheDispatchersInOrderAndReportsNothingWhereNothingChanges) {
+TEST_F(Logger, RefreshVisitsTheDispatchersInOrderAndReportsNothingIfNothingChanges) {
   Obtain("Error");
   Obtain("Info");
-  Cookies heard;
-  Listen(heard);
+  Cookies reported;
+  Listen(reported);
   std::vector<std::string> shown;
   Refresh([&](auto& dispatcher, YLog::Logger& logger) {
     EXPECT_EQ(mpLogger.Get(), &logger);
     shown.push_back(dispatcher->GetName());
   });
   EXPECT_THAT(shown, ElementsAre("Error", "Info"));
-  EXPECT_EQ(Cookies(), heard);
+  EXPECT_EQ(Cookies(), reported);
 }
 
-TEST_F(Logger, RefreshPutsAnotherDispatcherBehindTheSameCookie) {
+TEST_F(Logger, RefreshKeepsTheCookieOfAReplacedDispatcher) {
   const unsigned short cookie = Obtain("Error");
-  const auto former = Get(cookie);
-  const auto latter = YLog::CreateDispatcher("Error");
-  Cookies heard;
-  Listen(heard);
-  Refresh([&](auto& dispatcher, auto&) { dispatcher = latter; });
-  EXPECT_EQ(latter, Get(cookie));
-  EXPECT_EQ(Cookies{cookie}, heard);
+  const auto previous = Get(cookie);
+  const auto replacement = YLog::CreateDispatcher("Error");
+  Cookies reported;
+  Listen(reported);
+  Refresh([&](auto& dispatcher, auto&) { dispatcher = replacement; });
+  EXPECT_EQ(replacement, Get(cookie));
+  EXPECT_EQ(Cookies{cookie}, reported);
 
-  latter->SetDestinations(Destinations());
-  EXPECT_EQ((Cookies{cookie, cookie}), heard);
-  former->SetDestinations(Destinations());
-  EXPECT_EQ(2U, heard.size());
+  replacement->SetDestinations(Destinations());
+  EXPECT_EQ((Cookies{cookie, cookie}), reported);
+  previous->SetDestinations(Destinations());
+  EXPECT_EQ(2U, reported.size());
 }
 
-TEST_F(Logger, RefreshVisitsDispatchersThatTheHookAddsMeanwhile) {
+TEST_F(Logger, RefreshVisitsDispatchersThatTheHookAdds) {
   Obtain("Error");
   std::vector<std::string> shown;
   Refresh([&](auto& dispatcher, auto&) {
@@ -349,17 +349,17 @@ TEST_F(Logger, RefreshVisitsDispatchersThatTheHookAddsMeanwhile) {
   EXPECT_THAT(shown, ElementsAre("Error", "Info"));
 }
 
-TEST_F(Logger, RefreshThatThrowsKeepsWhatTheDispatchersBeforeGot) {
+TEST_F(Logger, RefreshThatThrowsKeepsTheReplacementsMadeBefore) {
   Obtain("Error");
   Obtain("Info");
   const auto info = Get(0xDAFE);
-  const auto latter = YLog::CreateDispatcher("Latter");
+  const auto replacement = YLog::CreateDispatcher("Replacement");
   EXPECT_THROW(Refresh([&](auto& dispatcher, auto&) {
                  if (dispatcher == info) throw std::runtime_error("hook");
-                 dispatcher = latter;
+                 dispatcher = replacement;
                }),
                std::runtime_error);
-  EXPECT_EQ(latter, Get(0xDAFF));
+  EXPECT_EQ(replacement, Get(0xDAFF));
   EXPECT_EQ(info, Get(0xDAFE));
 }
 
@@ -381,26 +381,26 @@ class Catalogue final : public YResource::Bundle, public YSynch::ReferenceCounte
   const std::function<void()> mOnDestruction;
 };
 
-TEST_F(Logger, HoldsItsCatalogueUntilAnotherTakesItsPlace) {
+TEST_F(Logger, HoldsItsCatalogueUntilItIsReplaced) {
   bool destroyed = false;
   EXPECT_FALSE(mpLogger->GetResourceBundle());
-  const Catalogue* former = nullptr;
+  const Catalogue* previous = nullptr;
   {
-    // Destroyed with no lock held: it may ask the logger.
+    // It is destroyed with no lock held, so it may call the logger.
     const auto catalogue =
         New<Catalogue>([&] { destroyed = static_cast<bool>(mpLogger->GetResourceBundle()); });
-    former = catalogue.Get();
+    previous = catalogue.Get();
     mpLogger->SetResourceBundle(catalogue.Get());
     mpLogger->SetResourceBundle(catalogue.Get());
   }
-  EXPECT_EQ(former, mpLogger->GetResourceBundle().Get());
+  EXPECT_EQ(previous, mpLogger->GetResourceBundle().Get());
   mpLogger->SetResourceBundle(New<Catalogue>().Get());
   EXPECT_TRUE(destroyed);
   mpLogger->SetResourceBundle(nullptr);
   EXPECT_FALSE(mpLogger->GetResourceBundle());
 }
 
-TEST_F(Logger, RefreshMayMeetMessagesOfOtherThreads) {
+TEST_F(Logger, RefreshLosesNoMessageOfOtherThreads) {
   const unsigned short cookie = Obtain("Error");
   const auto destination = New<RecordingDestination>();
   const auto replace = [&](auto& dispatcher, auto&) {
@@ -421,7 +421,7 @@ TEST_F(Logger, RefreshMayMeetMessagesOfOtherThreads) {
   EXPECT_EQ(4'000U, destination->Records().size());
 }
 
-TEST_F(Logger, RefreshesOfTwoThreadsLeaveTheLoggerListeningToTheDispatcherThatStayed) {
+TEST_F(Logger, ListensToTheLastDispatcherAfterRefreshesByTwoThreads) {
   const unsigned short cookie = Obtain("Error");
   const auto replace = [&] {
     for (int count = 0; count < 300; ++count) {
@@ -429,13 +429,13 @@ TEST_F(Logger, RefreshesOfTwoThreadsLeaveTheLoggerListeningToTheDispatcherThatSt
     }
   };
   { const std::jthread threads[] = {std::jthread(replace), std::jthread(replace)}; }
-  Cookies heard;
-  Listen(heard);
+  Cookies reported;
+  Listen(reported);
   Get(cookie)->SetDestinations(Destinations());
-  EXPECT_EQ(Cookies{cookie}, heard);
+  EXPECT_EQ(Cookies{cookie}, reported);
 }
 
-TEST_F(Logger, ThreadsThatAskForOneNewNameAtOnceGetCookiesThatWork) {
+TEST_F(Logger, ThreadsThatAskForTheSameNewNameAtOnceGetValidCookies) {
   std::atomic<unsigned> enabled{0};
   YLog::SetConfigurationHook(New<ConfigurableHook>([](auto& dispatcher, auto&) {
                                dispatcher->SetDestinations(Destinations({New<RecordingDestination>()}));

@@ -24,7 +24,8 @@ using DispatcherPtr = SmartPtrI<YLog::Dispatcher>;
 
 constexpr auto CATEGORY = YSynch::LOCK_STACK_CATEGORY_OBJECT;
 
-/// The hook logs through what it is just configuring. Whatever it is shown is noted by name.
+/// A hook that logs through the logger and the dispatcher that it is configuring. `mShown` has the names that
+/// it was called for.
 class LoggingHook : public testing::Test {
  protected:
   using OnDispatcher = std::function<void(DispatcherPtr&, YLog::Logger&)>;
@@ -57,7 +58,7 @@ class LoggingHook : public testing::Test {
   std::vector<std::string> mShown;
 };
 
-TEST_F(LoggingHook, ReachesTheDispatcherAsItIsAtThatMoment) {
+TEST_F(LoggingHook, LogsThroughTheDispatcherAsConfiguredSoFar) {
   Install([&](auto& dispatcher, auto&) {
     Log("before");
     dispatcher->SetDestinations(mOne);
@@ -67,10 +68,10 @@ TEST_F(LoggingHook, ReachesTheDispatcherAsItIsAtThatMoment) {
   EXPECT_TRUE(router->mEnabled);
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("after"));
   EXPECT_THAT(mShown, ElementsAre("Kernel", "Kernel/Error"));
-  EXPECT_FALSE(router->GetLogger()->Dispatchers().GetDispatcher(0xDAFE)) << "there are two of the name";
+  EXPECT_FALSE(router->GetLogger()->Dispatchers().GetDispatcher(0xDAFE)) << "there are two dispatchers";
 }
 
-TEST_F(LoggingHook, RoutersOfItsOwnFollowTheDispatcherThatItPutsInPlace) {
+TEST_F(LoggingHook, RoutersThatItCreatesFollowTheDispatcherThatItSubstitutes) {
   const auto own = YLog::CreateDispatcher("Own");
   SmartPtrI<YLog::Router> kept;
   Install([&](auto& dispatcher, auto&) {
@@ -86,7 +87,7 @@ TEST_F(LoggingHook, RoutersOfItsOwnFollowTheDispatcherThatItPutsInPlace) {
   EXPECT_FALSE(kept->mEnabled);
 }
 
-TEST_F(LoggingHook, RoutersOfItsOwnFollowTheDispatcherThatItConfiguresAfterwards) {
+TEST_F(LoggingHook, RoutersThatItCreatesFollowTheDispatcherThatItConfiguresAfterwards) {
   SmartPtrI<YLog::Router> kept;
   Install([&](auto& dispatcher, auto&) {
     kept = CreateRouter();
@@ -97,7 +98,7 @@ TEST_F(LoggingHook, RoutersOfItsOwnFollowTheDispatcherThatItConfiguresAfterwards
   EXPECT_TRUE(kept->mEnabled);
 }
 
-TEST_F(LoggingHook, MayLogThroughTwoDispatchersByTurns) {
+TEST_F(LoggingHook, MayLogThroughTwoDispatchersInTurn) {
   Install([&](auto& dispatcher, auto&) {
     dispatcher->SetDestinations(mOne);
     for (const char* name : {"Error", "Info"}) Log(dispatcher->GetName(), name);
@@ -107,7 +108,7 @@ TEST_F(LoggingHook, MayLogThroughTwoDispatchersByTurns) {
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("Error", "Info", "Info", "Error"));
 }
 
-TEST_F(LoggingHook, MayLogThroughADispatcherAfterAnotherNewOne) {
+TEST_F(LoggingHook, MayLogThroughItsDispatcherAfterAnotherNewOne) {
   Install([&](auto& dispatcher, auto&) {
     dispatcher->SetDestinations(mOne);
     if (mShown.size() > 2) return;
@@ -119,7 +120,7 @@ TEST_F(LoggingHook, MayLogThroughADispatcherAfterAnotherNewOne) {
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("first", "second"));
 }
 
-TEST_F(LoggingHook, MayLogThroughTwoLoggersByTurns) {
+TEST_F(LoggingHook, MayLogThroughTwoLoggersInTurn) {
   Install([&](auto& dispatcher, auto& logger) {
     dispatcher->SetDestinations(mOne);
     for (const char* name : {"Kernel", "User"}) Log(logger.GetName(), "Error", name);
@@ -129,7 +130,7 @@ TEST_F(LoggingHook, MayLogThroughTwoLoggersByTurns) {
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("Kernel", "User", "User", "Kernel"));
 }
 
-TEST_F(LoggingHook, IsAskedByAnotherThreadForADispatcherThatItHasNotAskedForItself) {
+TEST_F(LoggingHook, IsCalledAgainForAnotherThreadIfItHasNotUsedItsDispatcher) {
   DispatcherPtr others;
   Install([&](auto& dispatcher, auto&) {
     if (mShown.size() == 2) std::jthread([&] { others = CreateRouter()->GetDispatcher(); }).join();
@@ -139,7 +140,7 @@ TEST_F(LoggingHook, IsAskedByAnotherThreadForADispatcherThatItHasNotAskedForItse
   EXPECT_THAT(mShown, ElementsAre("Kernel", "Kernel/Error", "Kernel/Error"));
 }
 
-TEST_F(LoggingHook, SharesADispatcherThatItHasAskedForWithOtherThreads) {
+TEST_F(LoggingHook, SharesADispatcherThatItHasUsedWithOtherThreads) {
   Install([&](auto& dispatcher, auto&) {
     Log("here");
     std::jthread([&] { EXPECT_EQ(dispatcher, CreateRouter()->GetDispatcher()); }).join();
@@ -148,7 +149,7 @@ TEST_F(LoggingHook, SharesADispatcherThatItHasAskedForWithOtherThreads) {
   EXPECT_THAT(mShown, ElementsAre("Kernel", "Kernel/Error"));
 }
 
-TEST_F(LoggingHook, IsAskedAgainAfterItHasLoggedAndThrown) {
+TEST_F(LoggingHook, IsCalledAgainAfterItHasLoggedAndThrown) {
   Install([&](auto& dispatcher, auto&) {
     Log("here");
     if (mShown.size() == 2) throw std::runtime_error("hook");
@@ -159,10 +160,10 @@ TEST_F(LoggingHook, IsAskedAgainAfterItHasLoggedAndThrown) {
   EXPECT_TRUE(router->mEnabled);
   EXPECT_EQ(router->GetDispatcher(), CreateRouter()->GetDispatcher());
   EXPECT_THAT(mShown, ElementsAre("Kernel", "Kernel/Error", "Kernel/Error"));
-  EXPECT_FALSE(router->GetLogger()->Dispatchers().GetDispatcher(0xDAFE)) << "there are two of the name";
+  EXPECT_FALSE(router->GetLogger()->Dispatchers().GetDispatcher(0xDAFE)) << "there are two dispatchers";
 }
 
-TEST_F(LoggingHook, IsNotAskedAgainForWhatARefreshHasConfiguredAfterIt) {
+TEST_F(LoggingHook, IsNotCalledAgainForADispatcherThatARefreshHasConfigured) {
   Install([&](auto&, auto&) {
     Log("here");
     throw std::runtime_error("hook");
@@ -191,7 +192,7 @@ TEST_F(LoggingHook, MayLogDuringARefresh) {
   EXPECT_EQ(own, CreateRouter()->GetDispatcher());
 }
 
-TEST_F(LoggingHook, MayLogThroughTheLoggerThatItIsShown) {
+TEST_F(LoggingHook, MayLogThroughTheLoggerThatItConfigures) {
   const YLog::Logger* own = nullptr;
   Install([&](auto& dispatcher, auto&) { dispatcher->SetDestinations(mOne); },
           [&](auto& logger) {
@@ -204,7 +205,7 @@ TEST_F(LoggingHook, MayLogThroughTheLoggerThatItIsShown) {
   EXPECT_THAT(mpDestination->Texts(), ElementsAre("here"));
 }
 
-TEST_F(LoggingHook, LeavesNoLoggerThatItHasAskedForWhenItThrows) {
+TEST_F(LoggingHook, LoggerThatItHasUsedIsNotKeptIfItThrows) {
   bool fail = true;
   Install(nullptr, [&](auto& logger) {
     EXPECT_EQ(&logger, YLog::GetLogger("Kernel", CATEGORY).Get());
@@ -216,7 +217,7 @@ TEST_F(LoggingHook, LeavesNoLoggerThatItHasAskedForWhenItThrows) {
   EXPECT_THAT(mShown, ElementsAre("Kernel", "Kernel", "Kernel/Error"));
 }
 
-TEST_F(LoggingHook, IsShownTheLoggerOfAnotherThreadForItself) {
+TEST_F(LoggingHook, IsCalledSeparatelyForTheLoggerOfAnotherThread) {
   Install(nullptr, [&](auto& logger) {
     if (mShown.size() > 1) return;
     std::jthread([&] { EXPECT_NE(&logger, YLog::GetLogger("Kernel", CATEGORY).Get()); }).join();

@@ -51,7 +51,7 @@ TEST_F(MessageTextJson, IsTheHeaderOfTheMessage) {
                    EndsWith("\",\"uid\":\"U1\"}\n")));
 }
 
-TEST_F(MessageTextJson, IsThereWithoutADestination) {
+TEST_F(MessageTextJson, IsBuiltWithoutADestination) {
   ASSERT_FALSE(mRouter->mEnabled);
   EXPECT_THAT(Get(), StartsWith("{\"dispatcher\":\"Error\""));
 }
@@ -63,12 +63,12 @@ TEST_F(MessageTextJson, LogsNothing) {
   EXPECT_THAT(destination->Texts(), IsEmpty());
 }
 
-TEST_F(MessageTextJson, DoesNotHaveTheText) {
+TEST_F(MessageTextJson, DoesNotContainTheText) {
   EXPECT_THAT(Get("never to be seen"), Not(HasSubstr("seen")));
   EXPECT_THAT(Get(nullptr), StartsWith("{\"dispatcher\":\"Error\""));
 }
 
-TEST_F(MessageTextJson, IsBuiltAnewForEachMessage) {
+TEST_F(MessageTextJson, IsRebuiltForEachMessage) {
   EXPECT_THAT(Get("text", 1), HasSubstr("\"0x00000001\""));
   YLog::SetUserIDToThreadContext(L"U2");
   EXPECT_THAT(Get("text", 1), HasSubstr("\"uid\":\"U2\""));
@@ -86,13 +86,13 @@ TEST_F(MessageTextJson, IsTheSameFromLoggerAndDispatcher) {
   EXPECT_THAT(fromDispatcher, AllOf(StartsWith("{\"dispatcher\":\"Error\""), HasSubstr("\"0x00000007\"")));
 }
 
-TEST_F(MessageTextJson, OfACookieThatTheLoggerDidNotIssueStaysAsItWas) {
+TEST_F(MessageTextJson, StaysUnchangedForACookieThatTheLoggerDidNotIssue) {
   std::string json = "as it was";
   mRouter->GetLogger()->GetMessageTextJSON(0x1234, "text", 7, nullptr, nullptr, 0, json);
   EXPECT_EQ(json, "as it was");
 }
 
-TEST_F(MessageTextJson, LeavesTheHeaderOfAMessageUnderWayAlone) {
+TEST_F(MessageTextJson, DoesNotChangeTheHeaderOfAMessageBeingLogged) {
   std::string json;
   std::string lineAfter;
   const auto destination = New<RecordingDestination>([&](const char*, const YLog::MessageHeader& header) {

@@ -12,7 +12,7 @@ namespace {
 using Support::AllocationFailure;
 using YLog::MessageUnderWay;
 
-TEST(MessageUnderWayWithoutMemory, LeavesTheThreadsHeaderToTheNext) {
+TEST(MessageUnderWayWithoutMemory, ThreadsHeaderIsFreeAgainAfterANestedMessageFailed) {
   const YLog::Initializer initializer;
   const YLog::MessageHeader* const headerOfThread =
       YLog::gModuleMainPtr->GetThreadContext()->GetMessageHeader();

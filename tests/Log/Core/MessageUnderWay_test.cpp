@@ -33,7 +33,7 @@ TEST_F(MessageUnderWayTest, UsesTheHeaderOfTheThread) {
   }
 }
 
-TEST_F(MessageUnderWayTest, HasAHeaderOfItsOwnWhereTheThreadsIsTaken) {
+TEST_F(MessageUnderWayTest, HasItsOwnHeaderIfTheThreadsIsInUse) {
   const MessageUnderWay outer;
   const MessageUnderWay inner;
   EXPECT_NE(&GetHeaderOfThread(), &inner.GetHeader());
@@ -47,7 +47,7 @@ TEST_F(MessageUnderWayTest, UsesTheBodyOfTheThread) {
   }
 }
 
-TEST_F(MessageUnderWayTest, HasABodyOfItsOwnWhereTheThreadsIsTaken) {
+TEST_F(MessageUnderWayTest, HasItsOwnBodyIfTheThreadsIsInUse) {
   const MessageUnderWay outer;
   MessageUnderWay inner;
   EXPECT_NE(&GetBodyOfThread(), &inner.GetBody());

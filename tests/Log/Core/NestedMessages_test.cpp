@@ -20,7 +20,7 @@ using Support::RecordingDestination;
 using YBase::SmartPtrI;
 using YLog::MessageHeader;
 
-/// A destination of "Outer" logs to "Inner" while it is served.
+/// A destination of the dispatcher "Outer" logs to the dispatcher "Inner".
 class NestedMessages : public testing::Test {
  protected:
   void SetOuter(std::initializer_list<SmartPtrI<YLog::Destination>> destinations) {
@@ -39,7 +39,7 @@ class NestedMessages : public testing::Test {
   void SetUp() override { mpInner->SetDestinations(Destinations({mpInnerRecords})); }
 };
 
-TEST_F(NestedMessages, LeaveTheOuterMessageAsItIs) {
+TEST_F(NestedMessages, LeaveTheOuterMessageUnchanged) {
   const auto last = New<RecordingDestination>();
   SetOuter({New<RecordingDestination>([&](auto, const auto&) { LogInner(); }), last});
   LogOuter();
@@ -51,7 +51,7 @@ TEST_F(NestedMessages, LeaveTheOuterMessageAsItIs) {
   EXPECT_NE(std::string::npos, outer.line.find("[Outer][0x00000001]"));
 }
 
-TEST_F(NestedMessages, CarryWhatTheThreadsOwnHeaderCarries) {
+TEST_F(NestedMessages, CarryTheSameFieldsAsTheThreadsOwnHeader) {
   YLog::SetThreadSpecificLogHeaders({"alice", "s1", "o1"});
   YLog::SetServerInstanceName(L"Inst1");
   const auto outerRecords = New<RecordingDestination>([&](auto, const auto&) { LogInner(); });
@@ -70,7 +70,7 @@ TEST_F(NestedMessages, CarryWhatTheThreadsOwnHeaderCarries) {
   EXPECT_TRUE(inner.line.ends_with("[UID:alice][SID:s1][OID:o1]"));
 }
 
-TEST_F(NestedMessages, HaveAHeaderEachAtEveryDepth) {
+TEST_F(NestedMessages, HaveTheirOwnHeadersAtEveryDepth) {
   std::vector<const MessageHeader*> headers;
   mpInner->SetDestinations(Destinations({New<RecordingDestination>([&](auto, const MessageHeader& header) {
     headers.push_back(&header);
@@ -88,7 +88,7 @@ TEST_F(NestedMessages, HaveAHeaderEachAtEveryDepth) {
   EXPECT_EQ(headers.end(), std::unique(headers.begin(), headers.end()));
 }
 
-TEST_F(NestedMessages, ThreadsHeaderServesAgainAfterADestinationThrew) {
+TEST_F(NestedMessages, UseTheThreadsHeaderAgainAfterADestinationThrew) {
   std::vector<const MessageHeader*> headers;
   bool fail = true;
   const auto destination = New<RecordingDestination>([&](auto, const MessageHeader& header) {
@@ -103,7 +103,7 @@ TEST_F(NestedMessages, ThreadsHeaderServesAgainAfterADestinationThrew) {
   EXPECT_EQ(headers.at(0), headers.at(1));
 }
 
-TEST_F(NestedMessages, InnerDestinationThatThrowsReachesTheOuterOne) {
+TEST_F(NestedMessages, PropagateExceptionsOfTheirDestinationToTheOuterOne) {
   mpInner->SetDestinations(Destinations(
       {New<RecordingDestination>([](auto, const auto&) { throw std::runtime_error("inner is full"); })}));
   const auto last = New<RecordingDestination>();
@@ -122,7 +122,7 @@ TEST_F(NestedMessages, OfAnotherThreadUseThatThreadsHeader) {
   EXPECT_EQ("Outer", last->Records().at(0).dispatcherName);
 }
 
-TEST_F(NestedMessages, OfAHookLeaveTheOuterMessageAsItIs) {
+TEST_F(NestedMessages, LoggedByAHookLeaveTheOuterMessageUnchanged) {
   YLog::SetConfigurationHook(New<ConfigurableHook>([&](auto&, auto&) { LogInner(); }).Get());
   const auto last = New<RecordingDestination>();
   SetOuter({New<RecordingDestination>(
@@ -133,7 +133,7 @@ TEST_F(NestedMessages, OfAHookLeaveTheOuterMessageAsItIs) {
   EXPECT_EQ("Outer", last->Records().at(0).dispatcherName);
 }
 
-TEST_F(NestedMessages, IdsThatADestinationSetsShowInTheMessagesAfter) {
+TEST_F(NestedMessages, ShowTheIdsThatTheOuterDestinationHasSet) {
   SetOuter({New<RecordingDestination>([&](auto, const auto&) {
     YLog::SetUserIDToThreadContext(L"bob");
     LogInner();

@@ -15,14 +15,14 @@ YBase::SmartPtrI<YLog::Router> Create() {
   return YLog::CreateRouter("Kernel", "Error", YSynch::LOCK_STACK_CATEGORY_OBJECT);
 }
 
-/// A change takes memory for each of those that are told of it.
+/// A change allocates memory for each router that is notified of it.
 unsigned long CountAllocationsOfAChange(YLog::Dispatcher& dispatcher) {
   const unsigned long before = Support::GetAllocationCount();
   dispatcher.SetDestinations(Destinations());
   return Support::GetAllocationCount() - before;
 }
 
-TEST(RouterCount, ChangeCostsNothingForRoutersThatAreGone) {
+TEST(RouterCount, ChangeCostsNothingForDestroyedRouters) {
   const YLog::Initializer initializer;
   const auto router = Create();
   const unsigned long atFirst = CountAllocationsOfAChange(*router->GetDispatcher());

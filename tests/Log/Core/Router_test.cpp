@@ -48,7 +48,7 @@ TEST_F(Router, IsDisabledUntilItsDispatcherGetsADestination) {
   EXPECT_FALSE(router->mEnabled);
 }
 
-TEST_F(Router, IsEnabledFromTheBeginningWhereTheHookGivesADestination) {
+TEST_F(Router, IsEnabledFromTheStartIfTheHookSetsADestination) {
   YLog::SetConfigurationHook(
       New<ConfigurableHook>([&](auto& dispatcher, auto&) { dispatcher->SetDestinations(mOne); }).Get());
   EXPECT_TRUE(Create()->mEnabled);
@@ -77,19 +77,19 @@ TEST_F(Router, LeavesItsFlagAloneWhenAnotherDispatcherChanges) {
   EXPECT_TRUE(info->mEnabled);
 }
 
-TEST_F(Router, FollowsTheDispatcherThatARefreshPutsInPlace) {
+TEST_F(Router, FollowsTheDispatcherThatARefreshSubstitutes) {
   const auto router = Create();
-  const auto latter = YLog::CreateDispatcher("Error");
-  latter->SetDestinations(mOne);
+  const auto replacement = YLog::CreateDispatcher("Error");
+  replacement->SetDestinations(mOne);
   GetLogger()->RefreshConfiguration(
-      *New<ConfigurableHook>([&](auto& dispatcher, auto&) { dispatcher = latter; }));
+      *New<ConfigurableHook>([&](auto& dispatcher, auto&) { dispatcher = replacement; }));
   EXPECT_TRUE(router->mEnabled);
-  EXPECT_EQ(latter, router->GetDispatcher());
-  latter->SetDestinations(Destinations());
+  EXPECT_EQ(replacement, router->GetDispatcher());
+  replacement->SetDestinations(Destinations());
   EXPECT_FALSE(router->mEnabled);
 }
 
-TEST_F(Router, FollowsADispatcherThatStandsBehindSeveralNames) {
+TEST_F(Router, FollowsADispatcherSharedBySeveralNames) {
   const auto error = Create("Error");
   const auto info = Create("Info");
   const auto shared = YLog::CreateDispatcher("Shared");
@@ -100,13 +100,13 @@ TEST_F(Router, FollowsADispatcherThatStandsBehindSeveralNames) {
   EXPECT_TRUE(info->mEnabled);
 }
 
-TEST_F(Router, GivesItsLoggerAndTheLoggersCatalogue) {
+TEST_F(Router, ReturnsItsLoggerAndTheLoggersCatalogue) {
   const auto router = Create();
   EXPECT_EQ(GetLogger(), router->GetLogger());
   EXPECT_FALSE(router->GetResourceBundle());
 }
 
-TEST_F(Router, HandsMessagesOnWhetherItIsEnabledOrNot) {
+TEST_F(Router, PassesMessagesOnRegardlessOfItsFlag) {
   const auto router = Create();
   const auto destination = New<RecordingDestination>();
   router->GetDispatcher()->SetDestinations(Destinations({destination}));
@@ -122,14 +122,14 @@ TEST_F(Router, HandsMessagesOnWhetherItIsEnabledOrNot) {
   EXPECT_EQ(42, record.lineNumber);
 }
 
-TEST_F(Router, PassesOnWhatTheHookThrows) {
+TEST_F(Router, PropagatesExceptionsOfTheHook) {
   YLog::SetConfigurationHook(
       New<ConfigurableHook>([](auto&, auto&) { throw std::runtime_error("hook"); }).Get());
   EXPECT_THROW(Create(), std::runtime_error);
 }
 
-/// A client's dispatcher that lets the test act between the moment when it is asked whether it is enabled and
-/// the moment when it answers.
+/// A client's dispatcher that, when asked whether it is enabled, runs an action of the test between
+/// determining the answer and returning it.
 class SlowDispatcher final : public Support::ForwardingDispatcher {
  public:
   using Action = std::function<void(YLog::Dispatcher& inner, int question)>;
@@ -159,7 +159,7 @@ class SlowRouter : public Router {
   }
 };
 
-TEST_F(SlowRouter, FlagTellsTheTruthAfterAChangeAtAnyMomentOfItsCreation) {
+TEST_F(SlowRouter, FlagIsRightAfterAChangeAtAnyMomentOfItsCreation) {
   for (const int moment : {1, 2}) {
     int questions = 0;
     SlowDown([&](YLog::Dispatcher& inner, int question) {
@@ -172,7 +172,7 @@ TEST_F(SlowRouter, FlagTellsTheTruthAfterAChangeAtAnyMomentOfItsCreation) {
   }
 }
 
-TEST_F(SlowRouter, FlagTellsTheTruthAfterAChangeAtAnyMomentOfAnother) {
+TEST_F(SlowRouter, FlagIsRightAfterAChangeAtAnyMomentOfAnotherChange) {
   for (const int moment : {1, 2}) {
     int first = 0;
     bool changed = false;
@@ -182,7 +182,7 @@ TEST_F(SlowRouter, FlagTellsTheTruthAfterAChangeAtAnyMomentOfAnother) {
       inner.SetDestinations(mOne);
     });
     const auto router = Create(moment == 1 ? "Error" : "Info");
-    // A router's creation asks twice.
+    // The creation of a router asks twice.
     first = 2;
     router->GetDispatcher()->SetDestinations(Destinations());
     EXPECT_TRUE(changed);
@@ -190,7 +190,7 @@ TEST_F(SlowRouter, FlagTellsTheTruthAfterAChangeAtAnyMomentOfAnother) {
   }
 }
 
-TEST_F(SlowRouter, AsksNothingOnceItIsGone) {
+TEST_F(SlowRouter, QueriesNoDispatcherAfterItsDestruction) {
   int questions = 0;
   SlowDown([&](auto&, int question) { questions = question; });
   auto router = Create();
@@ -214,7 +214,7 @@ TEST_F(SlowRouter, IsReleasedWhenItsDispatcherThrowsDuringItsCreation) {
   EXPECT_EQ(1, questions);
 }
 
-TEST_F(Router, MayBeReleasedByWhoHearsOfTheSameChange) {
+TEST_F(Router, MayBeReleasedByAnotherCallbackOfTheSameChange) {
   auto router = Create();
   const auto dispatcher = router->GetDispatcher();
   const auto callback = New<LoggerCallback>([&](auto) { router = nullptr; });
@@ -224,17 +224,17 @@ TEST_F(Router, MayBeReleasedByWhoHearsOfTheSameChange) {
   GetLogger()->UnregisterCallback(callback.Get());
 }
 
-TEST_F(Router, ReleasedDuringAChangeLeavesTheRestOfItToNoneThatComesAfterIt) {
+TEST_F(Router, ChangeDuringWhichItIsReleasedReachesNoNewRouter) {
   auto router = Create();
   const auto dispatcher = router->GetDispatcher();
-  // Callbacks are called in the order of their addresses. Of so many, one is called before the router's.
+  // Callbacks are called in the order of their addresses. With this many, at least one precedes the router's.
   std::vector<SmartPtrI<LoggerCallback>> callbacks;
   std::vector<SmartPtrI<YLog::Router>> routers;
   for (int count = 0; count < 64; ++count) {
     callbacks.push_back(New<LoggerCallback>([&](auto) {
       if (!router) return;
       router = nullptr;
-      // One of these has the memory of the first, as with the loggers.
+      // One of these reuses the memory of the released router.
       for (int next = 0; next < 16; ++next) routers.push_back(Create());
       for (const auto& next : routers) next->mEnabled = false;
     }));
@@ -245,7 +245,7 @@ TEST_F(Router, ReleasedDuringAChangeLeavesTheRestOfItToNoneThatComesAfterIt) {
   for (const auto& next : routers) EXPECT_FALSE(next->mEnabled);
 }
 
-/// Gives a dispatcher destinations and takes them away, as often as is asked, and stops in either state.
+/// Sets and clears a dispatcher's destinations in turn, `count` times in all. An odd count leaves them set.
 void Flip(const SmartPtrI<YLog::Dispatcher>& dispatcher,
           const YDataType::ObjectCollection<YLog::Destination>& destinations, int count) {
   for (int flip = 0; flip < count; ++flip) {
@@ -253,7 +253,7 @@ void Flip(const SmartPtrI<YLog::Dispatcher>& dispatcher,
   }
 }
 
-TEST_F(Router, FlagTellsTheTruthAfterChangesByTwoThreads) {
+TEST_F(Router, FlagIsRightAfterChangesByTwoThreads) {
   const auto router = Create();
   for (int round = 0; round < 100; ++round) {
     {
@@ -264,7 +264,7 @@ TEST_F(Router, FlagTellsTheTruthAfterChangesByTwoThreads) {
   }
 }
 
-TEST_F(Router, FlagTellsTheTruthForRoutersCreatedWhileTheDispatcherChanges) {
+TEST_F(Router, FlagIsRightForRoutersCreatedWhileTheDispatcherChanges) {
   const auto dispatcher = Create()->GetDispatcher();
   for (int round = 0; round < 100; ++round) {
     std::vector<SmartPtrI<YLog::Router>> routers;
@@ -284,7 +284,7 @@ TEST_F(Router, MayBeReleasedWhileTheDispatcherChanges) {
     const std::jthread flipping([&] {
       for (; !stop; ++changes) Flip(dispatcher, mOne, 2);
     });
-    // Until there were plenty of both.
+    // Until there have been many of both.
     for (unsigned created = 0; created < 1000 || changes < 1000; ++created) Create();
     stop = true;
   }
@@ -292,7 +292,7 @@ TEST_F(Router, MayBeReleasedWhileTheDispatcherChanges) {
   EXPECT_EQ(last->mEnabled, dispatcher->IsEnabled());
 }
 
-TEST_F(Router, FlagTellsTheTruthAfterRefreshesAndChangesAtOnce) {
+TEST_F(Router, FlagIsRightAfterSimultaneousRefreshesAndChanges) {
   const auto router = Create();
   for (int round = 0; round < 50; ++round) {
     {

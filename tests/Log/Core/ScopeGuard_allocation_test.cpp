@@ -22,18 +22,18 @@ class ScopeGuardWithoutMemory : public testing::Test {
   const YBase::SmartPtrI<YLog::Router> mpRouter =
       YLog::CreateRouter("Kernel", "Trace", YSynch::LOCK_STACK_CATEGORY_OBJECT);
   const YBase::SmartPtrI<RecordingDestination> mpDestination = New<RecordingDestination>();
-  // Too long for a formatter's own storage, so that inserting it takes memory.
+  // Too long for a formatter's own storage, so inserting it allocates memory.
   const std::string mLongName = std::string(10'000, 'f');
 };
 
-TEST_F(ScopeGuardWithoutMemory, LeavesOutTheRecordWhoseFormattingFails) {
+TEST_F(ScopeGuardWithoutMemory, OmitsTheRecordWhoseFormattingFails) {
   {
     const AllocationFailure failure(0);
     const unsigned long before = GetAllocationCount();
     const YLog::ScopeGuard guard(*mpRouter, mLongName.c_str(), "job", 42);
-    EXPECT_EQ(before + 1, GetAllocationCount()) << "the first allocation is the one that fails";
+    EXPECT_EQ(before + 1, GetAllocationCount()) << "the first allocation must fail";
   }
-  EXPECT_EQ(1U, mpDestination->Records().size()) << "memory is back at the end of the scope";
+  EXPECT_EQ(1U, mpDestination->Records().size()) << "memory is available again at the end of the scope";
 }
 
 TEST_F(ScopeGuardWithoutMemory, SurvivesAFailureAtAnyAllocation) {
@@ -46,11 +46,11 @@ TEST_F(ScopeGuardWithoutMemory, SurvivesAFailureAtAnyAllocation) {
       const YLog::ScopeGuard guard(*mpRouter, mLongName.c_str(), "job", 42);
     }
     records = mpDestination->Records().size() - before;
-    EXPECT_TRUE(successes > 0 || records == 1) << "the very first allocation has to matter";
+    EXPECT_TRUE(successes > 0 || records == 1) << "failing the first allocation had no effect";
   }
 }
 
-TEST_F(ScopeGuardWithoutMemory, AllocatesNothingWhereTheRouterIsDisabled) {
+TEST_F(ScopeGuardWithoutMemory, AllocatesNothingWhileTheRouterIsDisabled) {
   mpRouter->GetDispatcher()->SetDestinations(Destinations());
   const unsigned long before = GetAllocationCount();
   { const YLog::ScopeGuard guard(*mpRouter, mLongName.c_str(), "job", 42); }

@@ -52,16 +52,16 @@ TEST_F(ScopeGuard, LogsWhenItsScopeIsEnteredAndLeft) {
   EXPECT_THAT(Texts(), ElementsAre("Enter 'Run' near job(42)", "Leave 'Run' near job(42)"));
 }
 
-TEST_F(ScopeGuard, TellsTheReturnCodeAndTheLineThatReturnedIt) {
+TEST_F(ScopeGuard, LogsTheReturnCodeAndTheLineThatReturnedIt) {
   {
     YLog::ScopeGuard guard(*mpRouter, "Run", "job", 42);
     guard.SetReturnCode(5, 57);
-    EXPECT_EQ(1U, Texts().size()) << "the code itself logs nothing";
+    EXPECT_EQ(1U, Texts().size()) << "setting the code must not log";
   }
   EXPECT_EQ("Leave 'Run' near job(57) with 0x00000005", Texts().at(1));
 }
 
-TEST_F(ScopeGuard, TellsTheLastReturnCodeWhatItsSizeAndZeroToo) {
+TEST_F(ScopeGuard, LogsTheLastReturnCodeBeItZeroOrTheLargest) {
   {
     YLog::ScopeGuard guard(*mpRouter, "Run", "job", 42);
     guard.SetReturnCode(5, 57);
@@ -72,7 +72,7 @@ TEST_F(ScopeGuard, TellsTheLastReturnCodeWhatItsSizeAndZeroToo) {
   EXPECT_EQ("Leave 'Run' near job(58) with 0x00000000", Texts().at(3));
 }
 
-TEST_F(ScopeGuard, LeavesNoIdAndNoPositionInTheHeader) {
+TEST_F(ScopeGuard, RecordsHaveNoIdAndNoSourcePosition) {
   { const YLog::ScopeGuard guard(*mpRouter, "Run", "job", 42); }
   for (const Record& record : mpDestination->Records()) {
     EXPECT_EQ(0U, record.messageID);
@@ -83,7 +83,7 @@ TEST_F(ScopeGuard, LeavesNoIdAndNoPositionInTheHeader) {
   EXPECT_EQ(2U, Texts().size());
 }
 
-TEST_F(ScopeGuard, ShowsARemarkInPlaceOfAWideName) {
+TEST_F(ScopeGuard, ShowsARemarkInsteadOfAWideName) {
   { const YLog::ScopeGuard guard(*mpRouter, L"Run", "job", 42); }
   { const YLog::ScopeGuard guard(*mpRouter, static_cast<const wchar_t*>(nullptr), "job", 43); }
   EXPECT_THAT(Texts(), ElementsAre("Enter '[use char* as function name to see it]' near job(42)",
@@ -92,7 +92,7 @@ TEST_F(ScopeGuard, ShowsARemarkInPlaceOfAWideName) {
                                    "Leave '[use char* as function name to see it]' near job(43)"));
 }
 
-TEST_F(ScopeGuard, WithoutAFunctionNameTracesNothing) {
+TEST_F(ScopeGuard, LogsNothingWithoutAFunctionName) {
   {
     YLog::ScopeGuard guard(*mpRouter, static_cast<const char*>(nullptr), "job", 42);
     guard.SetReturnCode(5, 57);
@@ -100,17 +100,17 @@ TEST_F(ScopeGuard, WithoutAFunctionNameTracesNothing) {
   EXPECT_THAT(Texts(), IsEmpty());
 }
 
-TEST_F(ScopeGuard, TakesAFileNameOfNullForAnEmptyOne) {
+TEST_F(ScopeGuard, TreatsANullFileNameAsEmpty) {
   { const YLog::ScopeGuard guard(*mpRouter, "Run", nullptr, 42); }
   EXPECT_THAT(Texts(), ElementsAre("Enter 'Run' near (42)", "Leave 'Run' near (42)"));
 }
 
-TEST_F(ScopeGuard, ShowsNamesThatLookLikePlacesAsTheyAre) {
+TEST_F(ScopeGuard, DoesNotReplacePlaceholdersInNames) {
   { const YLog::ScopeGuard guard(*mpRouter, "operator%2", "100%%", 42); }
   EXPECT_EQ("Enter 'operator%2' near 100%%(42)", Texts().at(0));
 }
 
-TEST_F(ScopeGuard, DisabledAtTheBeginningStaysSilentAtTheEnd) {
+TEST_F(ScopeGuard, LogsNothingAtTheEndIfDisabledAtTheBeginning) {
   Disable();
   {
     const YLog::ScopeGuard guard(*mpRouter, "Run", "job", 42);
@@ -119,7 +119,7 @@ TEST_F(ScopeGuard, DisabledAtTheBeginningStaysSilentAtTheEnd) {
   EXPECT_THAT(Texts(), IsEmpty());
 }
 
-TEST_F(ScopeGuard, DisabledAtTheEndLeavesTheSecondRecordOut) {
+TEST_F(ScopeGuard, OmitsTheSecondRecordIfDisabledAtTheEnd) {
   {
     const YLog::ScopeGuard guard(*mpRouter, "Run", "job", 42);
     Disable();
@@ -128,13 +128,13 @@ TEST_F(ScopeGuard, DisabledAtTheEndLeavesTheSecondRecordOut) {
   EXPECT_THAT(Texts(), ElementsAre("Enter 'Run' near job(42)"));
 }
 
-TEST_F(ScopeGuard, AsksTheRoutersFlagAlone) {
+TEST_F(ScopeGuard, ChecksOnlyTheRoutersFlag) {
   mpRouter->mEnabled = false;
   { const YLog::ScopeGuard guard(*mpRouter, "Run", "job", 42); }
   EXPECT_THAT(Texts(), IsEmpty());
 }
 
-TEST_F(ScopeGuard, AsksTheRoutersFlagAgainAtTheEnd) {
+TEST_F(ScopeGuard, ChecksTheRoutersFlagAgainAtTheEnd) {
   {
     const YLog::ScopeGuard guard(*mpRouter, "Run", "job", 42);
     mpRouter->mEnabled = false;
@@ -142,7 +142,7 @@ TEST_F(ScopeGuard, AsksTheRoutersFlagAgainAtTheEnd) {
   EXPECT_THAT(Texts(), ElementsAre("Enter 'Run' near job(42)"));
 }
 
-TEST_F(ScopeGuard, HoldsItsRouterToTheEnd) {
+TEST_F(ScopeGuard, HoldsItsRouterUntilTheEnd) {
   auto router = YLog::CreateRouter("Kernel", "Trace", YSynch::LOCK_STACK_CATEGORY_OBJECT);
   {
     const YLog::ScopeGuard guard(*router, "Run", "job", 42);
@@ -151,16 +151,16 @@ TEST_F(ScopeGuard, HoldsItsRouterToTheEnd) {
   EXPECT_EQ(2U, Texts().size());
 }
 
-TEST_F(ScopeGuard, KeepsAFailingDestinationFromTheTracedCode) {
+TEST_F(ScopeGuard, HidesExceptionsOfDestinationsFromTheTracedCode) {
   MakeDestinationThrow(std::runtime_error("full"));
   { const YLog::ScopeGuard guard(*mpRouter, "Run", "job", 42); }
-  EXPECT_EQ(2U, Texts().size()) << "a failure at the beginning does not keep back the end";
+  EXPECT_EQ(2U, Texts().size()) << "the second record must follow though the first one failed";
   MakeDestinationThrow(4711);
   { const YLog::ScopeGuard guard(*mpRouter, "Run", "job", 42); }
   EXPECT_EQ(4U, Texts().size());
 }
 
-TEST_F(ScopeGuard, LogsTheEndWhileAnExceptionPasses) {
+TEST_F(ScopeGuard, LogsTheEndWhileAnExceptionPropagates) {
   MakeDestinationThrow(std::runtime_error("full"));
   const auto run = [&] {
     const YLog::ScopeGuard guard(*mpRouter, "Run", "job", 42);

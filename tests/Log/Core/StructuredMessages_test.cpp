@@ -43,7 +43,8 @@ Message MakeMessage(unsigned id, const char* neutralText) {
   return message;
 }
 
-/// "order failed", and beneath it "disk full"; both are known in German, the first one in French.
+/// The message "order failed" with the lower message "disk full". The catalogue has both in German, and only
+/// the first in French.
 class StructuredMessages : public testing::Test {
  protected:
   StructuredMessages() {
@@ -95,7 +96,7 @@ TEST_F(StructuredMessages, StampTheHeaderWithTheirIdAndNoSourcePosition) {
   EXPECT_EQ(std::string::npos, record.line.find("main.cpp")) << record.line;
 }
 
-TEST_F(StructuredMessages, GiveTheTextsThatWereFoundBackToTheCaller) {
+TEST_F(StructuredMessages, HoldTheLocalizedTextsAfterwards) {
   Set({In(GERMAN), In(FRENCH)});
   mpRouter->LogMessage(mMessage);
   EXPECT_STREQ("Auftrag gescheitert", German());
@@ -103,7 +104,7 @@ TEST_F(StructuredMessages, GiveTheTextsThatWereFoundBackToTheCaller) {
   EXPECT_STREQ("order failed", mMessage.GetLocalizedText(NEUTRAL));
 }
 
-TEST_F(StructuredMessages, GiveTheTextsBackByWhicheverWayTheyAreLogged) {
+TEST_F(StructuredMessages, HoldTheLocalizedTextsWhicheverObjectLogsThem) {
   Set({In(GERMAN)});
   Message second = mMessage;
   mpRouter->GetLogger()->LogMessage(mpRouter->GetLogger()->Dispatchers().ObtainCookie("Error"), mMessage);
@@ -112,13 +113,13 @@ TEST_F(StructuredMessages, GiveTheTextsBackByWhicheverWayTheyAreLogged) {
   EXPECT_STREQ("Auftrag gescheitert", second.GetLocalizedText(GERMAN));
 }
 
-TEST_F(StructuredMessages, StayAsTheyAreWhereTheyMayNotBeChanged) {
+TEST_F(StructuredMessages, StayUnchangedIfConst) {
   Set({In(GERMAN)});
   Log();
   EXPECT_EQ(nullptr, German());
 }
 
-TEST_F(StructuredMessages, StayAsTheyAreWhenADestinationThrows) {
+TEST_F(StructuredMessages, StayUnchangedIfADestinationThrows) {
   const auto last = In(NEUTRAL);
   Set({In(GERMAN, [](auto, const auto&) { throw std::runtime_error("full"); }), last});
   EXPECT_THROW(mpRouter->LogMessage(mMessage), std::runtime_error);
@@ -126,13 +127,13 @@ TEST_F(StructuredMessages, StayAsTheyAreWhenADestinationThrows) {
   EXPECT_THAT(last->Texts(), IsEmpty());
 }
 
-TEST_F(StructuredMessages, GoNowhereWithoutADestination) {
+TEST_F(StructuredMessages, StayUnchangedWithoutADestination) {
   mpRouter->LogMessage(mMessage);
   Log();
   EXPECT_EQ(nullptr, German());
 }
 
-TEST_F(StructuredMessages, WithACookieThatTheLoggerDidNotIssueAreDropped) {
+TEST_F(StructuredMessages, AreDroppedForACookieThatTheLoggerDidNotIssue) {
   const auto destination = In(GERMAN);
   Set({destination});
   mpRouter->GetLogger()->LogMessage(0, mMessage);
@@ -141,7 +142,7 @@ TEST_F(StructuredMessages, WithACookieThatTheLoggerDidNotIssueAreDropped) {
   EXPECT_THAT(destination->Texts(), IsEmpty());
 }
 
-TEST_F(StructuredMessages, PassARouterWhoseFlagIsNotSet) {
+TEST_F(StructuredMessages, AreLoggedEvenIfTheRoutersFlagIsNotSet) {
   const auto destination = In(NEUTRAL);
   Set({destination});
   mpRouter->mEnabled = false;
@@ -156,7 +157,7 @@ TEST_F(StructuredMessages, SkipNullDestinations) {
   EXPECT_EQ(1U, destination->Texts().size());
 }
 
-TEST_F(StructuredMessages, WithoutAnyTextShowDomainAndId) {
+TEST_F(StructuredMessages, ShowDomainAndIdIfThereIsNoText) {
   const auto destination = In(GERMAN);
   Set({destination});
   Message message;
@@ -165,7 +166,7 @@ TEST_F(StructuredMessages, WithoutAnyTextShowDomainAndId) {
   EXPECT_THAT(destination->Texts(), ElementsAre("7/99"));
 }
 
-TEST_F(StructuredMessages, MayBeExceptionsThatWereCaught) {
+TEST_F(StructuredMessages, MayBeCaughtExceptions) {
   Set({In(GERMAN)});
   try {
     throw YBase::ExceptionImpl<Message>(mMessage);
@@ -176,7 +177,7 @@ TEST_F(StructuredMessages, MayBeExceptionsThatWereCaught) {
   }
 }
 
-TEST_F(StructuredMessages, LoggedByADestinationLeaveTheOuterOneAsItIs) {
+TEST_F(StructuredMessages, LoggedByADestinationLeaveTheOuterOneUnchanged) {
   const auto inner = YLog::CreateDispatcher("Inner");
   const auto innerRecords = In(GERMAN);
   inner->SetDestinations(Destinations({innerRecords}));
@@ -192,7 +193,7 @@ TEST_F(StructuredMessages, LoggedByADestinationLeaveTheOuterOneAsItIs) {
   EXPECT_EQ(1U, last->Records().at(0).messageID);
 }
 
-TEST_F(StructuredMessages, LoggedWhileATextIsUnderWayHaveABodyOfTheirOwn) {
+TEST_F(StructuredMessages, LoggedByADestinationOfATextHaveTheirOwnBody) {
   const auto inner = YLog::CreateDispatcher("Inner");
   const auto innerRecords = In(GERMAN);
   inner->SetDestinations(Destinations({innerRecords}));
@@ -203,7 +204,7 @@ TEST_F(StructuredMessages, LoggedWhileATextIsUnderWayHaveABodyOfTheirOwn) {
   EXPECT_EQ(300U, last->Records().at(0).messageID);
 }
 
-TEST_F(StructuredMessages, OfManyThreadsDoNotMix) {
+TEST_F(StructuredMessages, OfManyThreadsAreNotMixedUp) {
   const auto destination = In(GERMAN);
   Set({destination});
   {
@@ -223,7 +224,7 @@ TEST_F(StructuredMessages, OfManyThreadsDoNotMix) {
   for (const Record& record : records) EXPECT_EQ(std::to_string(record.messageID), record.text);
 }
 
-/// A destination that looks into the body itself.
+/// A client's destination that reads the body itself.
 class BothLanguages final : public YLog::Destination,
                             public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
@@ -241,7 +242,7 @@ class BothLanguages final : public YLog::Destination,
   ~BothLanguages() override = default;
 };
 
-TEST_F(StructuredMessages, ReachTheClientsOwnDestinationsWhole) {
+TEST_F(StructuredMessages, ReachAClientsDestinationWithTheirWholeBody) {
   const auto destination = New<BothLanguages>();
   Set({destination});
   mpRouter->LogMessage(MakeMessage(2, "disk full"));
