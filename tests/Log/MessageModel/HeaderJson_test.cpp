@@ -46,7 +46,7 @@ SmartPtrI<MessageHeader> CreateExample() {
   return header;
 }
 
-/// A header that has the same text wherever a client can put one.
+/// A header in which every text that a client can set is `name`.
 SmartPtrI<MessageHeader> CreateNamed(const std::string& name) {
   SmartPtrI<MessageHeader> header = CreateExample();
   for (const auto set :
@@ -58,7 +58,7 @@ SmartPtrI<MessageHeader> CreateNamed(const std::string& name) {
   return header;
 }
 
-/// The values that a reader must find in the JSON form of such a header.
+/// The values that a reader must find in the JSON form of `CreateNamed(name)`.
 std::map<std::string, std::string> ValuesOfNamed(const std::string& name) {
   std::map<std::string, std::string> values{
       {"time", TIME}, {"pid", "4711"}, {"thr", "123145"}, {"message_id", "0x0000012C"}};
@@ -89,14 +89,14 @@ std::string ToHex(const std::string& text) {
   return hex;
 }
 
-/// What read_json.py prints for an object with these values.
+/// The line that read_json.py prints for an object with these values.
 std::string Print(const std::map<std::string, std::string>& values) {
   std::string line;
   for (const auto& [key, value] : values) line += (line.empty() ? "" : " ") + key + "=" + ToHex(value);
   return line;
 }
 
-/// The lines that read_json.py prints for these.
+/// The lines that read_json.py prints for these lines of JSON.
 std::vector<std::string> ReadWithPython(const std::string& jsonLines) {
   const Support::TemporaryDirectory directory;
   const auto input = directory.Path() / "input";
@@ -117,7 +117,7 @@ std::string WriteWithJsonCpp(const std::map<std::string, std::string>& values) {
 #pragma GCC diagnostic pop
 }
 
-/// Valid UTF-8 for valid text.
+/// Valid UTF-8; valid text is unchanged.
 std::string Repair(const std::string& text) {
   return YBase::WideCharToUTF8(YBase::UTF8ToWideChar(text.c_str()).c_str());
 }
@@ -169,7 +169,7 @@ TEST(HeaderJson, OfANewHeaderHasTheSevenKeysThatAreAlwaysThere) {
       "\"time\":\"1970-01-01 00:00:00.000\"}\n");
 }
 
-TEST(HeaderJson, HasAMessageIDOfEightDigitsOrNone) {
+TEST(HeaderJson, HasAMessageIDOfEightDigitsOrNoneForZero) {
   const SmartPtrI<MessageHeader> header = CreateExample();
   header->SetMessageID(1);
   EXPECT_THAT(header->ToJsonString(), HasSubstr("\"message_id\":\"0x00000001\""));
@@ -177,7 +177,7 @@ TEST(HeaderJson, HasAMessageIDOfEightDigitsOrNone) {
   EXPECT_THAT(header->ToJsonString(), Not(HasSubstr("message_id")));
 }
 
-TEST(HeaderJson, HasEachOfUserSessionAndObjectWhereItIsSet) {
+TEST(HeaderJson, HasUserSessionAndObjectOnlyWhereTheyAreSet) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   header->SetSessionID("S1");
   header->SetObjectID("O1");
@@ -211,7 +211,7 @@ TEST(HeaderJson, KeepsItsTextWhenANameOrAnIDChanges) {
   EXPECT_EQ(header->ToJsonString(), before);
 }
 
-TEST(HeaderJson, IsBuiltAnewWhenANumberOrTheTimestampChanges) {
+TEST(HeaderJson, IsRebuiltWhenANumberOrTheTimestampChanges) {
   const SmartPtrI<MessageHeader> header = CreateExample();
   header->ToJsonString();
   header->SetMessageID(2);
@@ -226,7 +226,7 @@ TEST(HeaderJson, IsBuiltAnewWhenANumberOrTheTimestampChanges) {
   EXPECT_THAT(header->ToJsonString(), Not(HasSubstr("1970-01-01")));
 }
 
-TEST(HeaderJson, IsBuiltAnewWhenATextLineWasReadIntoTheHeader) {
+TEST(HeaderJson, IsRebuiltWhenATextLineIsReadIntoTheHeader) {
   const SmartPtrI<MessageHeader> header = CreateExample();
   header->ToJsonString();
   const SmartPtrI<MessageHeader> other = CreateNamed("other");
@@ -234,7 +234,7 @@ TEST(HeaderJson, IsBuiltAnewWhenATextLineWasReadIntoTheHeader) {
   EXPECT_THAT(header->ToJsonString(), HasSubstr("\"host\":\"other\""));
 }
 
-TEST(HeaderJson, EscapesQuotesBackslashesAndWhatIsNotASCII) {
+TEST(HeaderJson, EscapesQuotesBackslashesAndNonASCIICharacters) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   header->SetLoggerName("a\"b\\c\n\x01\xC3\xA4\xF0\x9F\x98\x80");
   EXPECT_THAT(header->ToJsonString(), HasSubstr("\"logger\":\"a\\\"b\\\\c\\n\\u0001\\u00e4\\ud83d\\ude00\""));
@@ -256,7 +256,7 @@ TEST(HeaderJson, IsReadBackByAnotherParser) {
   EXPECT_EQ(ReadWithPython(json), expected);
 }
 
-TEST(HeaderJson, ReplacesBrokenUTF8AndNothingBesideIt) {
+TEST(HeaderJson, ReplacesInvalidUTF8AndNothingElse) {
   std::string json;
   std::vector<std::string> expected;
   for (const auto& [name, repaired] : BROKEN_NAMES) {
@@ -268,7 +268,7 @@ TEST(HeaderJson, ReplacesBrokenUTF8AndNothingBesideIt) {
   EXPECT_EQ(ReadWithPython(json), expected);
 }
 
-RC_GTEST_PROP(HeaderJson, IsWhatJsonCppWritesAndReadsBackForAnyBytes, (std::string bytes)) {
+RC_GTEST_PROP(HeaderJson, AgreesWithJsonCppForAnyBytes, (std::string bytes)) {
   const std::string name = bytes.c_str();
   const std::string json = CreateNamed(name)->ToJsonString();
   RC_ASSERT(json == WriteWithJsonCpp(ValuesOfNamed(Repair(name))));

@@ -41,7 +41,7 @@ TEST(HeaderParsing, ReadsEveryField) {
   EXPECT_EQ(42, header->GetLineNumber());
 }
 
-TEST(HeaderParsing, ReplacesWhatTheHeaderHeldAndItsTextForms) {
+TEST(HeaderParsing, ReplacesTheFieldsOfTheHeaderAndTheirTextForms) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   header->SetProcessID(1);
   header->SetThreadID(2);
@@ -64,7 +64,7 @@ TEST(HeaderParsing, ReadsNoServerInstanceName) {
   EXPECT_STREQ("Mine", header->GetServerInstanceName());
 }
 
-TEST(HeaderParsing, LeavesItToTheHeaderWhetherTheSourcePositionIsShown) {
+TEST(HeaderParsing, DoesNotChangeWhetherTheHeaderShowsTheSourcePosition) {
   const SmartPtrI<MessageHeader> shows = CreateMessageHeader();
   shows->SetDispatcherName("Error");
   ASSERT_NE(0U, Read(*shows, std::string(TIME) + " [HOST:][SERVER:][PID:1][THR:1][][Info][f:g at line:1]"));
@@ -107,7 +107,7 @@ TEST(HeaderParsing, FailureLeavesTheHeaderUnchanged) {
   EXPECT_EQ(before, header->ToString());
 }
 
-TEST(HeaderParsing, ReadsIdsShownAsZeroAsTheTextZero) {
+TEST(HeaderParsing, ReadsIdsPrintedAsZeroAsTheTextZero) {
   const SmartPtrI<MessageHeader> source = CreateMessageHeader();
   const std::string line = source->ToString();
   ASSERT_TRUE(line.ends_with("[UID:0][SID:0][OID:0]"));
@@ -139,13 +139,13 @@ TEST(HeaderParsing, GroupsOutOfOrderBelongToTheMessage) {
   EXPECT_EQ(0U, header->GetMessageID());
 }
 
-TEST(HeaderParsing, RefusesAGroupThatIsNotClosed) {
+TEST(HeaderParsing, RefusesAnUnclosedGroup) {
   for (const char* group : {"[0x0000012C", "[UID:u", "[SID:s", "[OID:o", "[UID:u][SID:s"}) {
     EXPECT_EQ(0U, Read(*CreateMessageHeader(), Line(group))) << group;
   }
 }
 
-TEST(HeaderParsing, KeepsTheTextsOfOddNumbers) {
+TEST(HeaderParsing, KeepsTheTextsOfUnusualNumbers) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   ASSERT_NE(0U, Read(*header, std::string(TIME) + " [HOST:][SERVER:][PID:007][THR:12a][][]"));
   EXPECT_EQ(7U, header->GetProcessID());
@@ -154,14 +154,14 @@ TEST(HeaderParsing, KeepsTheTextsOfOddNumbers) {
   EXPECT_STREQ("12a", header->GetThreadIDDecimalString());
 }
 
-TEST(HeaderParsing, ReadsANegativeThreadIdWithItsSignInFull) {
+TEST(HeaderParsing, SignExtendsANegativeThreadId) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   header->SetThreadID(1);
   ASSERT_NE(0U, Read(*header, std::string(TIME) + " [HOST:][SERVER:][PID:1][THR:-2][][]"));
   EXPECT_EQ(static_cast<unsigned long>(-2L), header->GetThreadID());
 }
 
-TEST(HeaderParsing, SourcePositionThatIsNoneBelongsToTheMessage) {
+TEST(HeaderParsing, InvalidSourcePositionBelongsToTheMessage) {
   const std::string longFunction = "[f:" + std::string(128, 'g') + " at line:42]";
   for (const std::string& rest :
        {longFunction, std::string("[f:g at line:42"), std::string("[f:g at line:99999999999]"),
@@ -174,7 +174,7 @@ TEST(HeaderParsing, SourcePositionThatIsNoneBelongsToTheMessage) {
   }
 }
 
-TEST(HeaderParsing, LineCutOffAnywhereGivesNothingOrAWholeHeader) {
+TEST(HeaderParsing, LineCutOffAnywhereYieldsNothingOrAWholeHeader) {
   const std::string line = Line();
   const std::size_t shortest = Line("").size();
   for (std::size_t length = 0; length < line.size(); ++length) {
@@ -207,7 +207,7 @@ TEST(HeaderParsing, MayReadTheHeadersOwnTextLine) {
   EXPECT_EQ(line, header->ToString());
 }
 
-/// Any bytes but those that would end the text or the group that they stand in.
+/// Any bytes but those that would end the text or its group.
 rc::Gen<std::string> FieldBytes() {
   return rc::gen::container<std::string>(
       rc::gen::suchThat(rc::gen::arbitrary<char>(), [](char c) { return c != '\0' && c != ']'; }));
@@ -233,7 +233,7 @@ RC_GTEST_PROP(HeaderParsing, ReadsBackEveryLineThatIsPrinted, ()) {
   RC_ASSERT(header->GetThreadID() == source->GetThreadID());
 }
 
-RC_GTEST_PROP(HeaderParsing, TakesAnyTextWithoutHarm, ()) {
+RC_GTEST_PROP(HeaderParsing, SurvivesAnyText, ()) {
   const auto piece =
       rc::gen::element<std::string>(TIME, " [HOST:", "][SERVER:", "][PID:", "][THR:", "][", "]", "[0x",
                                     "[UID:", "[SID:", "[OID:", "[f:g at line:", "7", "\xFF");

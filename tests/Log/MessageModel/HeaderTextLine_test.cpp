@@ -53,7 +53,7 @@ TEST(HeaderTextLine, ShowsUserSessionAndObject) {
   EXPECT_TRUE(std::string(header->ToString()).ends_with("[UID:alice][SID:4711][OID:order 7]"));
 }
 
-TEST(HeaderTextLine, HasASourcePositionForNoNameButError) {
+TEST(HeaderTextLine, HasNoSourcePositionForADispatcherOtherThanError) {
   for (const char* name : {"error", "ERROR", "Erro", "E", "Errors", "Error ", " Error", "Error\n", ""}) {
     const SmartPtrI<MessageHeader> header = CreateExample("Error");
     EXPECT_NE(header->SetDispatcherName(name), 0) << name;
@@ -61,7 +61,7 @@ TEST(HeaderTextLine, HasASourcePositionForNoNameButError) {
   }
 }
 
-TEST(HeaderTextLine, HasASourcePositionForAHeaderThatHasBecomeOneOfAnError) {
+TEST(HeaderTextLine, HasASourcePositionOnceTheDispatcherIsError) {
   const SmartPtrI<MessageHeader> header = CreateExample("error");
   EXPECT_EQ(header->SetDispatcherName("Error"), 0);
   EXPECT_TRUE(std::string(header->ToString()).ends_with("[engine_main:Run at line:42]"));
@@ -97,7 +97,7 @@ TEST(HeaderTextLine, HasABlankForEachLineBreakInTheDispatchersName) {
   EXPECT_NE(std::string(CreateExample("In\nfo")->ToString()).find("[Kernel][In fo]"), std::string::npos);
 }
 
-TEST(HeaderTextLine, LeavesTheFieldsThemselvesAsTheyWereSet) {
+TEST(HeaderTextLine, LeavesTheFieldsThemselvesUnchanged) {
   const SmartPtrI<MessageHeader> header = CreateExample("Info");
   header->SetUserID("a\nb");
   header->ToString();
@@ -117,7 +117,7 @@ TEST(HeaderTextLine, ShowsTheLineNumberWithItsSign) {
   }
 }
 
-TEST(HeaderTextLine, StaysTheSameTextUntilItIsDiscarded) {
+TEST(HeaderTextLine, IsNotRebuiltUntilItIsDiscarded) {
   const SmartPtrI<MessageHeader> header = CreateExample("Error");
   const char* line = header->ToString();
   EXPECT_EQ(line, header->ToString());
@@ -160,7 +160,7 @@ TEST_P(HeaderTextLineWithout, ShowsTheOldValueUntilANumberChanges) {
   header->SetMessageID(301);
   std::string expected = before;
   expected.replace(expected.find("12C]"), 4, "12D]");
-  EXPECT_NE(expected, header->ToString()) << "the change is to show once the line is built anew";
+  EXPECT_NE(expected, header->ToString()) << "the change must show once the line is rebuilt";
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -182,7 +182,7 @@ INSTANTIATE_TEST_SUITE_P(
         Change{"ObjectID", [](auto& header) { header.SetObjectID("x"); }}),
     [](const auto& test) { return test.param.name; });
 
-TEST(HeaderTextLine, StaysWhenANumberIsSetToWhatItIs) {
+TEST(HeaderTextLine, IsNotRebuiltWhenANumberIsSetToItsCurrentValue) {
   const SmartPtrI<MessageHeader> header = CreateExample("Error");
   const std::string before = header->ToString();
   header->SetUserID("alice");

@@ -18,7 +18,7 @@ Message MakeLocalized(unsigned short language, const char* text) {
   return message;
 }
 
-TEST(MessageBodyImpl, MergesOnlyTheTextsOfEachMessagesLanguage) {
+TEST(MessageBodyImpl, MergesOnlyTheTextsInTheLanguageOfEachMessage) {
   std::map<unsigned short, Message> localized{{GERMAN, MakeLocalized(GERMAN, "eins")},
                                               {FRENCH, MakeLocalized(FRENCH, "un")}};
   localized[GERMAN].SetLocalizedText(FRENCH, "stray");
@@ -29,7 +29,7 @@ TEST(MessageBodyImpl, MergesOnlyTheTextsOfEachMessagesLanguage) {
   EXPECT_STREQ(message.GetLocalizedText(0), "one");
 }
 
-TEST(MessageBodyImpl, MergesATreeThatIsSmaller) {
+TEST(MessageBodyImpl, MergesASmallerTree) {
   std::map<unsigned short, Message> localized{{GERMAN, MakeLocalized(GERMAN, "oben")}};
   Message middle("middle");
   middle.AddLowerLevelMessage(Message("leaf"));
@@ -41,7 +41,7 @@ TEST(MessageBodyImpl, MergesATreeThatIsSmaller) {
   EXPECT_STREQ(message.GetLocalizedText(GERMAN), "oben");
 }
 
-TEST(MessageBodyImpl, MergesNothingFromBeyondItsTree) {
+TEST(MessageBodyImpl, MergesNoMessageThatItsTreeLacks) {
   std::map<unsigned short, Message> localized{{GERMAN, MakeLocalized(GERMAN, "oben")}};
   localized[GERMAN].AddLowerLevelMessage(MakeLocalized(GERMAN, "zuviel"));
   Message message("top");
@@ -50,7 +50,7 @@ TEST(MessageBodyImpl, MergesNothingFromBeyondItsTree) {
   EXPECT_STREQ(message.GetLocalizedText(GERMAN), "oben");
 }
 
-TEST(MessageBodyImpl, KeepsItsPlaceWhenOneTreeIsDeeperThanTheOther) {
+TEST(MessageBodyImpl, MatchesMessagesWhenOneTreeIsDeeperThanTheOther) {
   Message lower = MakeLocalized(GERMAN, "erstes");
   lower.AddLowerLevelMessage(MakeLocalized(GERMAN, "darunter"));
   std::map<unsigned short, Message> localized{{GERMAN, Message()}};

@@ -31,7 +31,7 @@ Message MakeMessage(unsigned id, const char* neutralText) {
   return message;
 }
 
-/// "one", and beneath it "two" and "three".
+/// The message "one" with the lower messages "two" and "three".
 Message MakeTree() {
   Message tree = MakeMessage(1, "one");
   tree.AddLowerLevelMessage(MakeMessage(2, "two"));
@@ -39,7 +39,7 @@ Message MakeTree() {
   return tree;
 }
 
-/// The texts that each message of the tree holds in one language, "-" where there is none.
+/// The text of each message of the tree in one language, "-" if there is none.
 std::vector<std::string> TextsOf(const Message& tree, unsigned short language) {
   std::vector<std::string> texts;
   YBase::ConstMessageCursor cursor(tree);
@@ -50,7 +50,7 @@ std::vector<std::string> TextsOf(const Message& tree, unsigned short language) {
   return texts;
 }
 
-/// Knows "eins" and "drei" in German, and "deux" in French.
+/// The catalogue has "eins" and "drei" in German, and "deux" in French.
 class MessageBody : public testing::Test {
  protected:
   MessageBody() {
@@ -65,7 +65,7 @@ class MessageBody : public testing::Test {
   const YBase::SmartPtrI<YLog::MessageBody> mBody = CreateMessageBody();
 };
 
-TEST_F(MessageBody, RendersTheTextThatTheMessageHolds) {
+TEST_F(MessageBody, RendersTheTextOfTheMessageItself) {
   Message message("order");
   message.SetLocalizedText(GERMAN, "Auftrag");
   mBody->SetMessage(message);
@@ -73,7 +73,7 @@ TEST_F(MessageBody, RendersTheTextThatTheMessageHolds) {
   EXPECT_STREQ(mBody->GetText(0), "order");
 }
 
-TEST_F(MessageBody, RendersWhatTheMessageLacksThroughTheCatalogues) {
+TEST_F(MessageBody, RendersTextsThatTheMessageLacksFromTheCatalogues) {
   mBody->SetMessage(MakeTree());
   EXPECT_STREQ(mBody->GetText(GERMAN), "eins\n  two\n  drei");
   EXPECT_STREQ(mBody->GetText(FRENCH), "one\n  deux\n  three");
@@ -87,7 +87,7 @@ TEST_F(MessageBody, DoesNotAskTheCataloguesForATreeWhoseTopHasTheLanguage) {
   EXPECT_STREQ(mBody->GetText(GERMAN), "oben\n  two\n  three");
 }
 
-TEST_F(MessageBody, FormatsOnceForALanguage) {
+TEST_F(MessageBody, FormatsOncePerLanguage) {
   mBody->SetMessage(MakeTree());
   const char* const first = mBody->GetText(GERMAN);
   mBundle->SetText(1, GERMAN, "anders");
@@ -103,7 +103,7 @@ TEST_F(MessageBody, FormatsAgainForTheNextMessage) {
   EXPECT_STREQ(mBody->GetText(GERMAN), "drei");
 }
 
-TEST_F(MessageBody, ReturnsTheMessageUnchangedBeforeAnyTextWasAskedFor) {
+TEST_F(MessageBody, ReturnsTheMessageUnchangedBeforeAnyTextIsRequested) {
   mBody->SetMessage(MakeTree());
   const Message& message = mBody->GetMessage();
   EXPECT_THAT(TextsOf(message, 0), ElementsAre("one", "two", "three"));
@@ -121,7 +121,7 @@ TEST_F(MessageBody, ReturnsTheMessageWithEveryTextThatTheLocalizerProduced) {
   EXPECT_THAT(TextsOf(message, 0), ElementsAre("one", "two", "three"));
 }
 
-TEST_F(MessageBody, ChangesNothingMoreInASecondMerge) {
+TEST_F(MessageBody, SecondMergeChangesNothing) {
   mBody->SetMessage(MakeTree());
   mBody->GetText(GERMAN);
   mBody->GetMessage();
@@ -130,14 +130,14 @@ TEST_F(MessageBody, ChangesNothingMoreInASecondMerge) {
   EXPECT_STREQ(mBody->GetText(GERMAN), "eins\n  two\n  drei") << "the texts are kept";
 }
 
-TEST_F(MessageBody, MergesNothingThatWasFoundForAnEarlierMessage) {
+TEST_F(MessageBody, MergesNoTextOfAnEarlierMessage) {
   mBody->SetMessage(MakeTree());
   mBody->GetText(GERMAN);
   mBody->SetMessage(MakeMessage(2, "two"));
   EXPECT_THAT(TextsOf(mBody->GetMessage(), GERMAN), ElementsAre("-"));
 }
 
-TEST_F(MessageBody, KeepsTheTextsOfALanguageThatTheTopLacksWhenItsMessageIsAskedFor) {
+TEST_F(MessageBody, KeepsTheTextsOfALanguageThatTheTopLacksWhenItsMessageIsRequested) {
   mBody->SetMessage(MakeTree());
   const char* const text = mBody->GetText(FRENCH);
   mBody->GetMessage();
@@ -146,14 +146,14 @@ TEST_F(MessageBody, KeepsTheTextsOfALanguageThatTheTopLacksWhenItsMessageIsAsked
   EXPECT_STREQ(text, "one\n  deux\n  three");
 }
 
-TEST_F(MessageBody, TakesItsOwnMessageAsTheNextOne) {
+TEST_F(MessageBody, AcceptsItsOwnMessageAsTheNextOne) {
   mBody->SetMessage(MakeTree());
   mBody->GetText(GERMAN);
   mBody->SetMessage(mBody->GetMessage());
   EXPECT_STREQ(mBody->GetText(GERMAN), "eins\n  two\n  drei");
 }
 
-TEST_F(MessageBody, MergesIntoADepthThatRecursionWouldNotOutlive) {
+TEST_F(MessageBody, MergesTreesTooDeepForRecursion) {
   constexpr int LEVELS = 30'000;
   Message chain = MakeMessage(1, "one");
   for (int level = 0; level < LEVELS; ++level) {
@@ -166,19 +166,19 @@ TEST_F(MessageBody, MergesIntoADepthThatRecursionWouldNotOutlive) {
   EXPECT_EQ(TextsOf(mBody->GetMessage(), GERMAN).back(), "eins");
 }
 
-TEST_F(MessageBody, SaysSomethingOfAnEmptyMessage) {
+TEST_F(MessageBody, ShowsDomainAndIdOfAnEmptyMessage) {
   EXPECT_STREQ(mBody->GetText(GERMAN), "0/0");
   EXPECT_EQ(mBody->GetMessage().GetMessage(), L"");
 }
 
-TEST_F(MessageBody, ShowsDomainAndIdWhereNobodyHasAText) {
+TEST_F(MessageBody, ShowsDomainAndIdIfThereIsNoText) {
   Message message;
   message.SetDomainAndID(DOMAIN, 99);
   mBody->SetMessage(message);
   EXPECT_STREQ(mBody->GetText(GERMAN), "7/99");
 }
 
-/// Fails the first time it is asked.
+/// Throws at the first request.
 class StumblingBundle final : public YResource::Bundle,
                               public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
   YResource::MessageTemplate GetMessageTemplate(unsigned, unsigned short, const char* text) const override {
@@ -192,7 +192,7 @@ class StumblingBundle final : public YResource::Bundle,
   mutable bool mbHasFailed = false;
 };
 
-TEST_F(MessageBody, TriesAgainWhatFailed) {
+TEST_F(MessageBody, RetriesAfterAFailure) {
   YResource::RegisterBundle(DOMAIN, YBase::SmartPtrI<YResource::Bundle>(new StumblingBundle));
   mBody->SetMessage(MakeMessage(1, "one"));
   EXPECT_THROW(mBody->GetText(GERMAN), std::runtime_error);

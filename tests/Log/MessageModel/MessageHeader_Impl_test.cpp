@@ -20,7 +20,7 @@ void Fill(MessageHeader_Impl& header, const std::string& name) {
   header.SetMessageID(300);
 }
 
-TEST(MessageHeaderImpl, LineThatMemoryRanOutForIsBuiltWholeTheNextTime) {
+TEST(MessageHeaderImpl, LineIsCompleteAtTheNextCallAfterMemoryRanOut) {
   const std::string name(300, 'x');
   const auto whole = New<MessageHeader_Impl>();
   Fill(*whole, name);
@@ -38,13 +38,13 @@ TEST(MessageHeaderImpl, LineThatMemoryRanOutForIsBuiltWholeTheNextTime) {
     }
     EXPECT_EQ(expected, header->ToString());
     if (!failed) {
-      EXPECT_GT(successes, 2U) << "memory was to run out at every allocation";
+      EXPECT_GT(successes, 2U) << "there were too few allocations to fail";
       break;
     }
   }
 }
 
-TEST(MessageHeaderImpl, ParsingThatMemoryRanOutForLeavesTheHeaderUnchanged) {
+TEST(MessageHeaderImpl, ParsingLeavesTheHeaderUnchangedIfMemoryRunsOut) {
   const auto source = New<MessageHeader_Impl>();
   Fill(*source, std::string(300, 'x'));
   const std::string line = source->ToString();
@@ -65,7 +65,7 @@ TEST(MessageHeaderImpl, ParsingThatMemoryRanOutForLeavesTheHeaderUnchanged) {
   EXPECT_STREQ(source->GetLoggerName(), header->GetLoggerName());
 }
 
-TEST(MessageHeaderImpl, StampsAndPrintsWithoutAllocatingOnceItsTextsHaveStorage) {
+TEST(MessageHeaderImpl, ChangesAndPrintsWithoutAllocatingOnceItsTextsHaveStorage) {
   const auto header = New<MessageHeader_Impl>();
   const std::string name(100, 'x');
   std::size_t length = 0;

@@ -22,7 +22,7 @@ TEST(MessageHeader, BeginsWithEmptyTextsAndZeros) {
   EXPECT_EQ(0, header->GetLineNumber());
 }
 
-TEST(MessageHeader, PrintsItsZerosInTheirForms) {
+TEST(MessageHeader, PrintsZerosInDecimalAndHex) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   EXPECT_STREQ("0", header->GetProcessIDDecimalString());
   EXPECT_STREQ("0", header->GetProcessIDHexString());
@@ -32,7 +32,7 @@ TEST(MessageHeader, PrintsItsZerosInTheirForms) {
   EXPECT_STREQ("1970-01-01 00:00:00.000", header->GetTimestampISO8601String());
 }
 
-TEST(MessageHeader, GivesBackTheTextsItWasGiven) {
+TEST(MessageHeader, ReturnsTheTextsThatWereSet) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   header->SetComputerName("web01");
   header->SetServerInstanceName("Inst1");
@@ -56,7 +56,7 @@ TEST(MessageHeader, GivesBackTheTextsItWasGiven) {
   EXPECT_STREQ("o", header->GetObjectID());
 }
 
-TEST(MessageHeader, TakesNullForTheEmptyTextWhereItIsAllowed) {
+TEST(MessageHeader, TreatsNullAsTheEmptyTextWhereItIsAllowed) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   using Setter = void (MessageHeader::*)(const char*);
   using Getter = const char* (MessageHeader::*)() const;
@@ -101,7 +101,7 @@ TEST(MessageHeader, PrintsTheProcessIdInDecimalAndHex) {
   EXPECT_STREQ("1F", header->GetProcessIDHexString());
 }
 
-TEST(MessageHeader, ProcessIdThatIsAlreadyThereKeepsTheTextItWasGivenAs) {
+TEST(MessageHeader, SettingTheSameProcessIdKeepsItsText) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   header->SetProcessIDDecimalString("0004711");
   EXPECT_EQ(4711U, header->GetProcessID());
@@ -111,7 +111,7 @@ TEST(MessageHeader, ProcessIdThatIsAlreadyThereKeepsTheTextItWasGivenAs) {
   EXPECT_STREQ("4712", header->GetProcessIDDecimalString());
 }
 
-TEST(MessageHeader, ProcessIdTextDiscardsTheHexTextOnly) {
+TEST(MessageHeader, ProcessIdTextDiscardsOnlyTheHexText) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   header->SetProcessID(1);
   ASSERT_STREQ("1", header->GetProcessIDHexString());
@@ -121,7 +121,7 @@ TEST(MessageHeader, ProcessIdTextDiscardsTheHexTextOnly) {
   EXPECT_EQ(line, header->ToString());
 }
 
-TEST(MessageHeader, EmptyProcessIdTextIsBuiltAnew) {
+TEST(MessageHeader, EmptyProcessIdTextIsRebuilt) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   header->SetProcessIDDecimalString("");
   EXPECT_STREQ("0", header->GetProcessIDDecimalString());
@@ -154,7 +154,7 @@ TEST(MessageHeader, PrintsTheFullThreadIdInDecimalAndItsLowHalfInHex) {
   EXPECT_STREQ("0", header->GetThreadIDHexString());
 }
 
-TEST(MessageHeader, WidensANegativeThreadIdWithItsSignAndKeepsItsText) {
+TEST(MessageHeader, SignExtendsANegativeThreadIdAndKeepsItsText) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   header->SetThreadIDDecimalString("-12a");
   EXPECT_EQ(static_cast<unsigned long>(-12L), header->GetThreadID());
@@ -162,7 +162,7 @@ TEST(MessageHeader, WidensANegativeThreadIdWithItsSignAndKeepsItsText) {
   EXPECT_STREQ("FFFFFFF4", header->GetThreadIDHexString());
 }
 
-TEST(MessageHeader, ThreadIdThatIsAlreadyThereKeepsTheTextItWasGivenAs) {
+TEST(MessageHeader, SettingTheSameThreadIdKeepsItsText) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   header->SetThreadIDDecimalString("007");
   header->SetThreadID(7);
@@ -180,7 +180,7 @@ TEST(MessageHeader, PrintsTheMessageIdInEightHexDigits) {
   EXPECT_STREQ("FEDCBA98", header->GetMessageIDHexString());
 }
 
-TEST(MessageHeader, TellsTheDispatcherErrorFromAllOthers) {
+TEST(MessageHeader, ComparesTheDispatcherNameWithError) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   EXPECT_EQ(0, header->SetDispatcherName("Error"));
   EXPECT_LT(header->SetDispatcherName("error"), 0);
@@ -190,7 +190,7 @@ TEST(MessageHeader, TellsTheDispatcherErrorFromAllOthers) {
   EXPECT_GT(header->SetDispatcherName("Debug"), 0);
 }
 
-TEST(MessageHeader, KeepsTheTimestampTextAsItWasAccepted) {
+TEST(MessageHeader, KeepsTheTimestampTextAsAccepted) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   EXPECT_EQ(27U, header->SetTimestampISO8601String("2024-03-05 09:07:03.042+5:3 and more"));
   EXPECT_STREQ("2024-03-05 09:07:03.042+5:3", header->GetTimestampISO8601String());
@@ -217,14 +217,14 @@ TEST(MessageHeader, NewTimestampDiscardsTheTextOfTheOldOne) {
   EXPECT_GT(header->GetTimestamp().GetYear(), 1970);
 }
 
-TEST(MessageHeader, ChangeThroughTheTimestampItselfLeavesItsTextAsItIs) {
+TEST(MessageHeader, ChangingTheTimestampObjectLeavesItsTextUnchanged) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   const std::string text = header->GetTimestampISO8601String();
   header->GetTimestamp().SetToNowLocal();
   EXPECT_EQ(text, header->GetTimestampISO8601String());
 }
 
-TEST(MessageHeader, SettersMayBeGivenWhatGettersOfTheSameHeaderReturn) {
+TEST(MessageHeader, SettersAcceptTextsReturnedByItsOwnGetters) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   header->SetProcessID(0x12);
   header->SetProcessIDDecimalString(header->GetProcessIDHexString());
@@ -240,7 +240,7 @@ TEST(MessageHeader, SettersMayBeGivenWhatGettersOfTheSameHeaderReturn) {
   EXPECT_STREQ(header->GetLoggerName(), header->GetDispatcherName());
 }
 
-TEST(MessageHeader, TakesLongTextsControlBytesAndInvalidUtf8AsTheyAre) {
+TEST(MessageHeader, KeepsLongTextsControlBytesAndInvalidUtf8) {
   const SmartPtrI<MessageHeader> header = CreateMessageHeader();
   for (const std::string& text : {std::string("\x01\x02"), std::string("\t\x7F"), std::string("\xC3\x28\xFF"),
                                   std::string(10'000, 'x')}) {
@@ -253,7 +253,7 @@ TEST(MessageHeader, TakesLongTextsControlBytesAndInvalidUtf8AsTheyAre) {
   }
 }
 
-TEST(MessageHeader, LivesAsLongAsItIsReferredTo) {
+TEST(MessageHeader, LivesAsLongAsItIsReferenced) {
   SmartPtrI<MessageHeader> header = CreateMessageHeader();
   header->SetLoggerName("Kernel");
   const SmartPtrI<MessageHeader> other = header;

@@ -33,7 +33,7 @@ Scanned Scan(const std::string& text) {
   return {count, source.fileName, source.funcName, source.lineNumber};
 }
 
-/// The same by the C library, for texts that end in "]" and hold no number that does not fit.
+/// The same by means of the C library. \pre The text ends in "]", and every number in it fits.
 Scanned ScanByTheCLibrary(const std::string& text) {
   char file[256] = "";
   char function[128] = "";
@@ -53,25 +53,25 @@ TEST(SourcePosition, ReadsANegativeLineNumberAndOneWithAPlus) {
   EXPECT_EQ(NO_GROUP, Scan("[f:g at line:-]"));
 }
 
-TEST(SourcePosition, TakesAnyRunOfWhiteSpaceWhereTheFormHasABlank) {
+TEST(SourcePosition, AcceptsAnyRunOfWhiteSpaceForABlankOfTheFormat) {
   EXPECT_EQ((Scanned{18, "f", "g", 42}), Scan("[f: g\tat\nline: 42]"));
   EXPECT_EQ((Scanned{15, "f", "g", 42}), Scan("[f:g atline:42]"));
   EXPECT_EQ((Scanned{16, " f", "g", 42}), Scan("[ f:g atline:42]"));
 }
 
-TEST(SourcePosition, ReadsAFileNameOf255AndRefusesOneOf256) {
+TEST(SourcePosition, ReadsAFileNameOf255BytesAndRefusesOneOf256) {
   const std::string name(255, 'f');
   EXPECT_EQ((Scanned{270, name, "g", 42}), Scan("[" + name + ":g at line:42]"));
   EXPECT_EQ(NO_GROUP, Scan("[" + name + "f:g at line:42]"));
 }
 
-TEST(SourcePosition, ReadsAFunctionNameOf127AndRefusesOneOf128) {
+TEST(SourcePosition, ReadsAFunctionNameOf127BytesAndRefusesOneOf128) {
   const std::string name(127, 'g');
   EXPECT_EQ((Scanned{142, "f", name, 42}), Scan("[f:" + name + " at line:42]"));
   EXPECT_EQ(NO_GROUP, Scan("[f:" + name + "g at line:42]"));
 }
 
-TEST(SourcePosition, TakesTheRestOfALongFunctionNameForWhatFollows) {
+TEST(SourcePosition, ReadsTextAfter127BytesOfAFunctionNameAsItsEnd) {
   const std::string name(127, 'g');
   EXPECT_EQ((Scanned{141, "f", name, 42}), Scan("[f:" + name + "at line:42]"));
 }
@@ -84,13 +84,13 @@ TEST(SourcePosition, RefusesEmptyNamesAndNamesWithTheWrongDelimiters) {
   EXPECT_EQ(NO_GROUP, Scan(" [f:g at line:42]"));
 }
 
-TEST(SourcePosition, EndsBehindTheFirstBracketEvenInsideAName) {
+TEST(SourcePosition, EndsAfterTheFirstBracketEvenInsideAName) {
   EXPECT_EQ((Scanned{3, "a]b", "g", 42}), Scan("[a]b:g at line:42]"));
   EXPECT_EQ((Scanned{6, "f", "g[]", 42}), Scan("[f:g[] at line:42]"));
   EXPECT_EQ((Scanned{18, "f", "g", 42}), Scan("[f:g at line:42 !] more"));
 }
 
-TEST(SourcePosition, CutOffBeforeItsBracketIsNone) {
+TEST(SourcePosition, RefusesAGroupCutOffBeforeItsBracket) {
   const std::string group = "[f:g at line:42]";
   for (std::size_t length = 0; length < group.size(); ++length) {
     EXPECT_EQ(NO_GROUP, Scan(group.substr(0, length))) << length;
@@ -98,7 +98,7 @@ TEST(SourcePosition, CutOffBeforeItsBracketIsNone) {
   EXPECT_EQ(NO_GROUP, Scan("[a]b:g at line:42"));
 }
 
-TEST(SourcePosition, NumberThatDoesNotFitIsNone) {
+TEST(SourcePosition, RefusesANumberThatDoesNotFit) {
   EXPECT_EQ(std::numeric_limits<int>::max(), Scan("[f:g at line:2147483647]").lineNumber);
   EXPECT_EQ(std::numeric_limits<int>::min(), Scan("[f:g at line:-2147483648]").lineNumber);
   EXPECT_EQ(NO_GROUP, Scan("[f:g at line:2147483648]"));
@@ -106,7 +106,7 @@ TEST(SourcePosition, NumberThatDoesNotFitIsNone) {
   EXPECT_EQ(NO_GROUP, Scan("[f:g at line:99999999999999999999999]"));
 }
 
-TEST(SourcePosition, LeavesTheObjectUnchangedWhereThereIsNoGroup) {
+TEST(SourcePosition, LeavesTheObjectUnchangedIfThereIsNoGroup) {
   SourcePosition source{"f", "g", 42};
   EXPECT_EQ(0U, source.FromString("[x:y at line:1"));
   EXPECT_EQ("f", source.fileName);
@@ -114,12 +114,12 @@ TEST(SourcePosition, LeavesTheObjectUnchangedWhereThereIsNoGroup) {
   EXPECT_EQ(42, source.lineNumber);
 }
 
-RC_GTEST_PROP(SourcePosition, ReadsWhatTheScanFormatReads, ()) {
+RC_GTEST_PROP(SourcePosition, AgreesWithTheCLibrary, ()) {
   const auto piece = rc::gen::element<std::string>("[", "]", ":", " ", "\t", "at", "line", "line:", "f", "7",
                                                    "-", "+", "a", " at line:", "[f:g at line:");
   std::string text = *rc::gen::element<std::string>("", "[", "[f:", "[f:g at line:");
   for (const std::string& part : *rc::gen::container<std::vector<std::string>>(piece)) {
-    // A number of more digits may not fit, which the C library does not say.
+    // A number with more digits may not fit, and the C library does not report that.
     if (part == "7" && text.ends_with("777777")) continue;
     text += part;
   }

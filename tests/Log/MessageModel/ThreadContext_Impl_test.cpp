@@ -29,7 +29,7 @@ class ThreadContextImpl : public testing::Test {
   const ContextPtr mpContext{new ThreadContext_Impl};
 };
 
-TEST_F(ThreadContextImpl, BeginsWithWhatStaysTheSameForTheThread) {
+TEST_F(ThreadContextImpl, BeginsWithTheConstantFieldsOfTheThread) {
   const YLog::MessageHeader& header = *mpContext->GetMessageHeader();
   EXPECT_EQ(YBase::WideCharToUTF8(YBase::GetComputerName().c_str()), header.GetComputerName());
   EXPECT_EQ(YBase::GetCurrentProcessID(), header.GetProcessID());
@@ -44,7 +44,7 @@ TEST_F(ThreadContextImpl, KeepsItsHeaderAndItsBody) {
   EXPECT_EQ(mpContext->GetMessageBody(), mpContext->GetMessageBody());
 }
 
-TEST_F(ThreadContextImpl, MakesItsBodyWhenThatIsFirstAskedFor) {
+TEST_F(ThreadContextImpl, CreatesItsBodyOnTheFirstRequest) {
   const unsigned long before = GetAllocationCount();
   mpContext->GetMessageHeader();
   EXPECT_EQ(before, GetAllocationCount());
@@ -55,13 +55,13 @@ TEST_F(ThreadContextImpl, MakesItsBodyWhenThatIsFirstAskedFor) {
   EXPECT_EQ(made, GetAllocationCount());
 }
 
-TEST_F(ThreadContextImpl, IsMadeOnceForEachThread) {
+TEST_F(ThreadContextImpl, IsCreatedOncePerThread) {
   YLog::ThreadContext* context = YLog::gModuleMainPtr->GetThreadContext();
   EXPECT_EQ(context, YLog::gModuleMainPtr->GetThreadContext());
   EXPECT_NE(context, mpContext.get());
 }
 
-/// Runs in a child; what is returned is its exit status.
+/// Runs in a child process, which exits with the returned status.
 int TakeOverInChild(ThreadContext_Impl& context) {
   const unsigned long allocations = GetAllocationCount();
   context.TakeOverAfterFork();
@@ -74,7 +74,7 @@ int TakeOverInChild(ThreadContext_Impl& context) {
 }
 
 TEST_F(ThreadContextImpl, TakesOverInAChildWithoutAllocating) {
-  // Built, so that they have to be discarded.
+  // Builds the texts, so that they must be discarded in the child.
   ASSERT_NE(nullptr, mpContext->GetMessageHeader()->ToString());
   const pid_t child = fork();
   ASSERT_NE(-1, child);

@@ -16,9 +16,9 @@ using Support::New;
 using Support::Record;
 using Support::RecordingDestination;
 
-/// Runs a function on a thread of its own, to its end.
+/// Returns the result of a function that runs on a new thread.
 template <class Function>
-auto OnFreshThread(Function function) {
+auto OnNewThread(Function function) {
   return std::async(std::launch::async, function).get();
 }
 
@@ -37,15 +37,15 @@ class ThreadContext : public testing::Test {
   const YLog::Initializer mInitializer;
 };
 
-TEST_F(ThreadContext, EpisodeNumberIsTheThreadsOwnAndBeginsWith0) {
+TEST_F(ThreadContext, EpisodeNumberBelongsToTheThreadAndBeginsWith0) {
   YLog::SetEpisodeNumber(7);
   EXPECT_EQ(7U, YLog::GetEpisodeNumber());
-  EXPECT_EQ(0U, OnFreshThread([] { return YLog::GetEpisodeNumber(); }));
+  EXPECT_EQ(0U, OnNewThread([] { return YLog::GetEpisodeNumber(); }));
   EXPECT_EQ(7U, YLog::GetEpisodeNumber());
 }
 
-TEST_F(ThreadContext, FreshThreadHasNoIds) {
-  const auto headers = OnFreshThread([] { return YLog::GetThreadSpecificLogHeaders(); });
+TEST_F(ThreadContext, NewThreadHasNoIds) {
+  const auto headers = OnNewThread([] { return YLog::GetThreadSpecificLogHeaders(); });
   EXPECT_EQ("", headers->userID);
   EXPECT_EQ("", headers->sessionID);
   EXPECT_EQ("", headers->objectID);
@@ -62,7 +62,7 @@ TEST_F(ThreadContext, KeepsIdsInUtf8) {
   EXPECT_EQ(L"\U0001F600", YLog::GetObjectIDFromThreadContext());
 }
 
-TEST_F(ThreadContext, NullTakesAnIdAway) {
+TEST_F(ThreadContext, NullClearsAnId) {
   YLog::SetThreadSpecificLogHeaders({"u", "s", "o"});
   YLog::SetUserIDToThreadContext(nullptr);
   YLog::SetSessionIDToThreadContext(nullptr);
@@ -72,7 +72,7 @@ TEST_F(ThreadContext, NullTakesAnIdAway) {
   EXPECT_EQ(L"", YLog::GetObjectIDFromThreadContext());
 }
 
-TEST_F(ThreadContext, EmptyIdLeavesTheFormerOneAsItWas) {
+TEST_F(ThreadContext, EmptyIdLeavesThePreviousOneUnchanged) {
   YLog::SetThreadSpecificLogHeaders({"alice", "s1", "o1"});
   YLog::SetThreadSpecificLogHeaders({"", "s2", ""});
   const auto headers = YLog::GetThreadSpecificLogHeaders();
@@ -89,7 +89,7 @@ TEST_F(ThreadContext, StoresTheSameBytesWhicheverWayAnIdIsSet) {
   EXPECT_EQ("cut", headers->objectID);
 }
 
-TEST_F(ThreadContext, HandsOutACopyOfTheIds) {
+TEST_F(ThreadContext, ReturnsACopyOfTheIds) {
   YLog::SetThreadSpecificLogHeaders({"alice", "", ""});
   const auto headers = YLog::GetThreadSpecificLogHeaders();
   YLog::ClearThreadSpecificLogHeaders();
@@ -112,7 +112,7 @@ TEST_F(ThreadContext, MessagesAfterClearingShowZeros) {
 
 TEST_F(ThreadContext, EachThreadSeesItsOwnIds) {
   YLog::SetUserIDToThreadContext(L"alice");
-  const Record other = OnFreshThread([&] {
+  const Record other = OnNewThread([&] {
     YLog::SetUserIDToThreadContext(L"bob");
     return LogOne();
   });
@@ -124,7 +124,7 @@ TEST_F(ThreadContext, MessagesCarryProcessAndThreadId) {
   const Record own = LogOne();
   EXPECT_EQ(static_cast<unsigned>(getpid()), own.processID);
   EXPECT_EQ(static_cast<unsigned long>(gettid()), own.threadID);
-  const auto [threadID, other] = OnFreshThread([&] { return std::pair(gettid(), LogOne()); });
+  const auto [threadID, other] = OnNewThread([&] { return std::pair(gettid(), LogOne()); });
   EXPECT_EQ(static_cast<unsigned long>(threadID), other.threadID);
 }
 

@@ -19,7 +19,7 @@ std::string WithDate(const std::string& rest) {
   return DATE + rest;
 }
 
-/// What a text is printed as after it was read; nothing where it is refused.
+/// The text that a timestamp prints after reading this one; nothing if it refuses it.
 std::optional<std::string> ReadAndPrint(const std::string& text) {
   Timestamp timestamp;
   if (timestamp.FromISO8601String(text.c_str()) == 0) return std::nullopt;
@@ -65,7 +65,7 @@ TEST(Timestamp, OffsetWithoutAColonLeavesTheObjectUnchanged) {
   }
 }
 
-// As the C library reads numbers, of which 16 bits are kept.
+// Numbers are read as by the C library, and 16 bits of them are kept.
 TEST(Timestamp, ReadsTheNumbersOfAnOffsetWithBlanksAndSigns) {
   EXPECT_EQ(WithDate("+05:30"), ReadAndPrint(WithDate("+ 5:30")));
   EXPECT_EQ(WithDate("+05:30"), ReadAndPrint(WithDate("++5: \t+30")));
@@ -92,14 +92,14 @@ TEST(Timestamp, ReadsAnOffsetWithoutADateAsThatOf1970) {
   EXPECT_EQ("1970-01-01 00:00:00.000-03:30", timestamp.ToISO8601String());
 }
 
-TEST(Timestamp, TextWithoutAnOffsetTakesAnEarlierOneAway) {
+TEST(Timestamp, TextWithoutAnOffsetClearsAnEarlierOne) {
   Timestamp timestamp;
   ASSERT_NE(0U, timestamp.FromISO8601String(WithDate("+05:30").c_str()));
   EXPECT_EQ(23U, timestamp.FromISO8601String(DATE));
   EXPECT_EQ(DATE, timestamp.ToISO8601String());
 }
 
-TEST(Timestamp, TextThatBeginsWithNoDateGives0AndOverwritesTheObject) {
+TEST(Timestamp, TextThatDoesNotBeginWithADateReturns0AndResetsTheObject) {
   for (const char* text : {"", " 2024-03-05 09:07:03.042", "2024-02-30 09:07:03.042", "yesterday"}) {
     Timestamp timestamp;
     ASSERT_NE(0U, timestamp.FromISO8601String(WithDate("+05:30").c_str()));
@@ -115,7 +115,7 @@ TEST(Timestamp, ReadsNullAsAnEmptyText) {
   EXPECT_EQ("1970-01-01 00:00:00.000", timestamp.ToISO8601String());
 }
 
-TEST(Timestamp, PadsNumbersWithZerosAndCutsNone) {
+TEST(Timestamp, PadsNumbersWithZerosAndTruncatesNone) {
   EXPECT_EQ("0999-01-02 03:04:05.007", ReadAndPrint("0999-01-02 03:04:05.007"));
   EXPECT_EQ("12345-01-02 03:04:05.007", ReadAndPrint("12345-01-02 03:04:05.007"));
 }
@@ -128,7 +128,7 @@ TEST(Timestamp, CopiesTheOffset) {
   EXPECT_EQ(WithDate("-05:30"), copy.ToISO8601String());
 }
 
-TEST(Timestamp, AppendsItsTextBehindWhatIsThere) {
+TEST(Timestamp, AppendsItsTextToTheExistingText) {
   Timestamp timestamp;
   ASSERT_NE(0U, timestamp.FromISO8601String(WithDate("+01:00").c_str()));
   std::string out = "at ";
@@ -166,7 +166,7 @@ TEST(Timestamp, NowAddsBothPartsOfTheOffset) {
   EXPECT_EQ("+03:00", now.ToISO8601String().substr(23));
 }
 
-TEST(Timestamp, NowInUtcTakesAnEarlierOffsetAway) {
+TEST(Timestamp, NowInUtcClearsAnEarlierOffset) {
   SetTimeZone("UTC0");
   Timestamp now;
   ASSERT_NE(0U, now.FromISO8601String(WithDate("+05:30").c_str()));
@@ -187,7 +187,7 @@ RC_GTEST_PROP(Timestamp, ReadsBackEveryTextThatItPrints, ()) {
   RC_ASSERT(timestamp.ToISO8601String() == text);
 }
 
-TEST(AppendUnsignedLongDecimalToString, PadsWithZerosUpToTheLeastNumberOfDigits) {
+TEST(AppendUnsignedLongDecimalToString, PadsWithZerosToTheMinimumNumberOfDigits) {
   std::string out = "x";
   YLog::AppendUnsignedLongDecimalToString(out, 7, 3) += ',';
   YLog::AppendUnsignedLongDecimalToString(out, 0, 0) += ',';
