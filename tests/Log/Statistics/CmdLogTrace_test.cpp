@@ -55,7 +55,7 @@ class CmdLogTrace : public testing::Test {
   YLog::CmdLogTrace mTrace;
 };
 
-TEST_F(CmdLogTrace, TakesTheFirstDurationForMinimumAverageAndMaximum) {
+TEST_F(CmdLogTrace, TakesTheFirstDurationAsMinimumAverageAndMaximum) {
   mTrace.AddToLogTrace(THREAD, 5, 40);
   const CmdTraceItem item = Item(5);
   EXPECT_EQ(item.commandId, 5);
@@ -65,7 +65,7 @@ TEST_F(CmdLogTrace, TakesTheFirstDurationForMinimumAverageAndMaximum) {
   EXPECT_EQ(item.maximum, 40);
 }
 
-TEST_F(CmdLogTrace, FoldsLaterDurationsIn) {
+TEST_F(CmdLogTrace, UpdatesMinimumAverageAndMaximumWithLaterDurations) {
   for (const long long duration : {40, 10, 25, 90}) mTrace.AddToLogTrace(THREAD, 5, duration);
   const CmdTraceItem item = Item(5);
   EXPECT_EQ(item.count, 4);
@@ -79,13 +79,13 @@ TEST_F(CmdLogTrace, DropsTheRemainderOfTheAverageAtEachReport) {
   EXPECT_EQ(Item(5).average, 1);
 }
 
-TEST_F(CmdLogTrace, KeepsItsFirstMinimumForLongerDurations) {
+TEST_F(CmdLogTrace, MinimumIsAtMostOneHundredMillion) {
   mTrace.AddToLogTrace(THREAD, 5, 100'000'001);
   EXPECT_EQ(Item(5).minimum, 100'000'000);
   EXPECT_EQ(Item(5).maximum, 100'000'001);
 }
 
-TEST_F(CmdLogTrace, KeepsItsFirstMaximumForNegativeDurations) {
+TEST_F(CmdLogTrace, MaximumIsAtLeastZero) {
   mTrace.AddToLogTrace(THREAD, 5, -3);
   mTrace.AddToLogTrace(THREAD, 5, -4);
   EXPECT_EQ(Item(5).minimum, -4);
@@ -93,7 +93,7 @@ TEST_F(CmdLogTrace, KeepsItsFirstMaximumForNegativeDurations) {
   EXPECT_EQ(Item(5).maximum, 0);
 }
 
-TEST_F(CmdLogTrace, AveragesTheLongestDurations) {
+TEST_F(CmdLogTrace, AveragesTheLongestAndTheShortestDurations) {
   for (int i = 0; i < 3; ++i) mTrace.AddToLogTrace(THREAD, 5, LONGEST);
   for (int i = 0; i < 3; ++i) mTrace.AddToLogTrace(THREAD, 6, SHORTEST);
   EXPECT_EQ(Item(5).average, LONGEST);
@@ -103,7 +103,7 @@ TEST_F(CmdLogTrace, AveragesTheLongestDurations) {
             "6:3(-9223372036854775808/-9223372036854775808/0)\t\n");
 }
 
-TEST_F(CmdLogTrace, KeepsTheFiguresOfEachThreadApartUntilTheyAreCollected) {
+TEST_F(CmdLogTrace, KeepsFiguresPerThreadUntilTheyAreCollected) {
   mTrace.AddToLogTrace(1, 5, 10);
   mTrace.AddToLogTrace(2, 5, 30);
   EXPECT_EQ(mTrace.GetCurItem(1).at(5).average, 10);
@@ -111,7 +111,7 @@ TEST_F(CmdLogTrace, KeepsTheFiguresOfEachThreadApartUntilTheyAreCollected) {
   EXPECT_TRUE(mTrace.GetCurItem(3).empty());
 }
 
-TEST_F(CmdLogTrace, AddsUpWhatAllThreadsReported) {
+TEST_F(CmdLogTrace, AddsUpTheReportsOfAllThreads) {
   mTrace.AddToLogTrace(1, 5, 10);
   mTrace.AddToLogTrace(1, 5, 20);
   mTrace.AddToLogTrace(2, 5, 100);
@@ -119,7 +119,7 @@ TEST_F(CmdLogTrace, AddsUpWhatAllThreadsReported) {
   EXPECT_EQ(CollectAndPrint(), "0/4(0.00%)\t\t4:1(7/7/7)\t5:3(10/43/100)\t\n");
 }
 
-TEST_F(CmdLogTrace, StartsAnewAfterACollection) {
+TEST_F(CmdLogTrace, StartsFromZeroAfterACollection) {
   mTrace.AddToLogTrace(THREAD, 5, 10);
   mTrace.CollectLogTrace();
   EXPECT_TRUE(mTrace.GetCurItem(THREAD).empty());
@@ -127,7 +127,7 @@ TEST_F(CmdLogTrace, StartsAnewAfterACollection) {
   EXPECT_EQ(Item(5).average, 30);
 }
 
-TEST_F(CmdLogTrace, PrintsALineForEachSnapshotInTheOrderCollected) {
+TEST_F(CmdLogTrace, PrintsALineForEachSnapshotInTheOrderOfCollection) {
   mTrace.AddToLogTrace(THREAD, 93, 10);
   mTrace.AddToLogTrace(THREAD, -2, 1);
   mTrace.CollectLogTrace();
@@ -141,7 +141,7 @@ TEST_F(CmdLogTrace, MarksTheCommandsFrom93To108) {
   EXPECT_TRUE(CollectAndPrint().starts_with("3/6(50.00%)\t\t92:1(1/1/1)\t"));
 }
 
-TEST_F(CmdLogTrace, PrintsAPercentageOfZeroWhereNoCommandIsMarked) {
+TEST_F(CmdLogTrace, PrintsAPercentageOfZeroIfNoCommandIsMarked) {
   mTrace.AddToLogTrace(THREAD, 1, 1);
   EXPECT_TRUE(CollectAndPrint().starts_with("0/1(0.00%)\t\t"));
 }
@@ -151,7 +151,7 @@ TEST_F(CmdLogTrace, RoundsThePercentageToTwoDigits) {
   EXPECT_TRUE(CollectAndPrint().starts_with("2/3(66.67%)\t\t"));
 }
 
-TEST_F(CmdLogTrace, PrintsNumbersAsEverInALocaleThatWritesThemOtherwise) {
+TEST_F(CmdLogTrace, PrintsNumbersRegardlessOfTheLocale) {
   const Support::ForeignLocale locale;
   char number[16];
   std::snprintf(number, sizeof number, "%.1f", 1.5);
@@ -162,17 +162,17 @@ TEST_F(CmdLogTrace, PrintsNumbersAsEverInALocaleThatWritesThemOtherwise) {
             "1234:1(1234567/1234567/1234567)\t\n");
 }
 
-TEST_F(CmdLogTrace, PrintsALineForASnapshotOfNothing) {
+TEST_F(CmdLogTrace, PrintsALineForAnEmptySnapshot) {
   EXPECT_EQ(CollectAndPrint(), "0/0(0.00%)\t\t\n");
 }
 
-TEST_F(CmdLogTrace, PrintsAnEmptyFileWhereNothingWasCollectedSinceTheLastPrint) {
+TEST_F(CmdLogTrace, PrintsAnEmptyFileIfNothingWasCollectedSinceTheLastPrint) {
   mTrace.AddToLogTrace(THREAD, 5, 10);
   EXPECT_NE(CollectAndPrint(), "");
   EXPECT_EQ(Print(), "");
 }
 
-TEST_F(CmdLogTrace, ForgetsFiguresAndSnapshotsWhenItIsCleared) {
+TEST_F(CmdLogTrace, ClearDiscardsFiguresAndSnapshots) {
   mTrace.AddToLogTrace(THREAD, 5, 10);
   mTrace.CollectLogTrace();
   mTrace.AddToLogTrace(THREAD, 6, 10);
@@ -181,7 +181,7 @@ TEST_F(CmdLogTrace, ForgetsFiguresAndSnapshotsWhenItIsCleared) {
   EXPECT_EQ(Print(), "");
 }
 
-TEST_F(CmdLogTrace, ReplacesWhatTheFileHeld) {
+TEST_F(CmdLogTrace, ReplacesTheContentOfTheFile) {
   std::ofstream(mFolder.Path() / "commands.txt") << std::string(1000, 'x');
   EXPECT_EQ(CollectAndPrint(), "0/0(0.00%)\t\t\n");
 }
@@ -194,7 +194,7 @@ TEST_F(CmdLogTrace, PrintsToTheFileThatWasNamedLast) {
   EXPECT_FALSE(std::filesystem::exists(mFolder.Path() / "commands.txt"));
 }
 
-TEST_F(CmdLogTrace, SaysThatAFileCannotBeOpenedAndKeepsTheSnapshots) {
+TEST_F(CmdLogTrace, ReportsThatAFileCannotBeOpenedAndKeepsTheSnapshots) {
   mTrace.CollectLogTrace();
   for (const std::wstring& name :
        {std::wstring(), mFolder.Path().wstring(), mFolder.Wide("no/such/folder.txt")}) {
@@ -207,7 +207,7 @@ TEST_F(CmdLogTrace, SaysThatAFileCannotBeOpenedAndKeepsTheSnapshots) {
   EXPECT_EQ(Print(), "0/0(0.00%)\t\t\n");
 }
 
-TEST_F(CmdLogTrace, SaysThatAFileNameIsNotASCIIAndKeepsTheSnapshots) {
+TEST_F(CmdLogTrace, ReportsThatAFileNameIsNotASCIIAndKeepsTheSnapshots) {
   mTrace.CollectLogTrace();
   mTrace.SetOutputFileName((mFolder.Wide("") + L"\u00FCber.txt").c_str());
   EXPECT_EQ(mTrace.PrintAllLogTrace(), 0x80004005U);
@@ -216,7 +216,7 @@ TEST_F(CmdLogTrace, SaysThatAFileNameIsNotASCIIAndKeepsTheSnapshots) {
   EXPECT_EQ(Print(), "0/0(0.00%)\t\t\n");
 }
 
-TEST_F(CmdLogTrace, IsPrintedByACancelledThread) {
+TEST_F(CmdLogTrace, IsPrintedCompletelyByACancelledThread) {
   mTrace.CollectLogTrace();
   unsigned result = LogTrace::PRINT_FAILED;
   EXPECT_TRUE(Support::FinishesBeforeItIsCancelled([&] { result = mTrace.PrintAllLogTrace(); }));
@@ -224,7 +224,7 @@ TEST_F(CmdLogTrace, IsPrintedByACancelledThread) {
   EXPECT_EQ(ReadFile(mFolder.Path() / "commands.txt"), "0/0(0.00%)\t\t\n");
 }
 
-TEST_F(CmdLogTrace, SaysThatADiskIsFullAndDiscardsTheSnapshots) {
+TEST_F(CmdLogTrace, ReportsAFullDiskAndDiscardsTheSnapshots) {
   mTrace.CollectLogTrace();
   mTrace.SetOutputFileName(L"/dev/full");
   EXPECT_EQ(mTrace.PrintAllLogTrace(), 0x80004005U);
@@ -232,7 +232,7 @@ TEST_F(CmdLogTrace, SaysThatADiskIsFullAndDiscardsTheSnapshots) {
   EXPECT_EQ(Print(), "");
 }
 
-TEST_F(CmdLogTrace, NoticesAFullDiskInTheMiddleOfALongFile) {
+TEST_F(CmdLogTrace, ReportsAFullDiskInTheMiddleOfALongFile) {
   CollectALot();
   mTrace.SetOutputFileName(L"/dev/full");
   EXPECT_EQ(mTrace.PrintAllLogTrace(), LogTrace::PRINT_FAILED);
@@ -249,10 +249,10 @@ TEST_F(CmdLogTrace, SurvivesALimitOnTheSizeOfFiles) {
   EXPECT_EQ(std::filesystem::file_size(mFolder.Path() / "commands.txt"), 1000U);
 }
 
-TEST_F(CmdLogTrace, SurvivesAPipeWhoseReaderGoes) {
+TEST_F(CmdLogTrace, SurvivesAPipeWhoseReaderCloses) {
   const std::string path = mFolder.Path() / "pipe";
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
-  CollectALot();  // More than a pipe holds.
+  CollectALot();  // More than fits into a pipe.
   const std::jthread reader([&] { close(open(path.c_str(), O_RDONLY | O_CLOEXEC)); });
   mTrace.SetOutputFileName(mFolder.Wide("pipe").c_str());
   EXPECT_EQ(mTrace.PrintAllLogTrace(), LogTrace::PRINT_FAILED);

@@ -13,7 +13,7 @@
 
 namespace {
 
-TEST(MsgLogTraceClock, PrintsTheTimeOfItsCreationAndNotOfThePrinting) {
+TEST(MsgLogTraceClock, PrintsTheTimeOfItsCreationNotOfThePrinting) {
   const YLog::Initializer initializer;
   const Support::TemporaryDirectory directory;
   const auto path = directory.Path() / "trace.txt";

@@ -28,12 +28,12 @@ using YLog::MsgTraceItem;
 
 constexpr unsigned long THREAD = 7;
 
-/// "orders" in its 50 columns.
+/// The name of a destination, padded to 50 columns.
 std::string Column(const std::string& destination) {
   return destination + std::string(50 - destination.size(), ' ');
 }
 
-/// Passes when the clock shows another millisecond than at first.
+/// Waits until the clock shows another millisecond.
 std::string WaitForTheNextMillisecond() {
   const std::string before = DateTime::Now().ToString();
   std::string now;
@@ -77,7 +77,7 @@ class MsgLogTrace : public testing::Test {
   YLog::MsgLogTrace* mpTrace = nullptr;
 };
 
-TEST_F(MsgLogTrace, CountsEachKindOfOutcomeByItself) {
+TEST_F(MsgLogTrace, CountsEachKindOfOutcomeSeparately) {
   EXPECT_EQ(Add(17, L"orders", 10, 0), 0);
   EXPECT_EQ(Add(17, L"orders", 20, 1), 0);
   EXPECT_EQ(Add(17, L"orders", 30, 2), 0);
@@ -89,7 +89,7 @@ TEST_F(MsgLogTrace, CountsEachKindOfOutcomeByItself) {
   EXPECT_EQ(item.average, 25);
 }
 
-TEST_F(MsgLogTrace, CountsNoUnknownKindAndYetAveragesItsDuration) {
+TEST_F(MsgLogTrace, DoesNotCountUnknownKindsButAveragesTheirDurations) {
   EXPECT_EQ(Add(17, L"orders", 10, 0), 0);
   for (const int kind : {3, -1, std::numeric_limits<int>::max()}) EXPECT_EQ(Add(17, L"orders", 30, kind), 1);
   const MsgTraceItem item = Item(17, L"orders");
@@ -114,7 +114,7 @@ TEST_F(MsgLogTrace, PrintsTheTimeOfItsCreationFirst) {
   EXPECT_EQ(text, time.ToString() + "\n");
 }
 
-TEST_F(MsgLogTrace, PrintsALineForEachDestinationOfEachSnapshotInTheOrderOfNames) {
+TEST_F(MsgLogTrace, PrintsALineForEachDestinationOfEachSnapshotByName) {
   Add(5, L"b", 1, 0);
   Add(0, L"a", 2, 1);
   Add(218, L"a", 3, 2);
@@ -126,59 +126,59 @@ TEST_F(MsgLogTrace, PrintsALineForEachDestinationOfEachSnapshotInTheOrderOfNames
                           "2\t" + Column("b") + "\t5(1-0-0:4)\t"));
 }
 
-TEST_F(MsgLogTrace, PrintsNumbersAsEverInALocaleThatWritesThemOtherwise) {
+TEST_F(MsgLogTrace, PrintsNumbersRegardlessOfTheLocale) {
   const Support::ForeignLocale locale;
   for (int i = 0; i < 1'234; ++i) Add(5, L"a", 1'234'567, 0);
   EXPECT_THAT(CollectAndPrint(), ElementsAre("1\t" + Column("a") + "\t5(1234-0-0:1234567)\t"));
   EXPECT_THAT(ReadFile(mFolder.Path() / "messages.txt"), StartsWith("20"));
 }
 
-TEST_F(MsgLogTrace, EndsTheFileInALineFeed) {
+TEST_F(MsgLogTrace, EndsTheFileWithALineFeed) {
   Add(5, L"b", 1, 0);
   CollectAndPrint();
   EXPECT_THAT(ReadFile(mFolder.Path() / "messages.txt"), testing::EndsWith("\t5(1-0-0:1)\t\n"));
 }
 
-TEST_F(MsgLogTrace, PrintsANameLongerThanItsColumnWhole) {
+TEST_F(MsgLogTrace, PrintsTheWholeOfANameLongerThanItsColumn) {
   const std::string name(60, 'n');
   Add(5, std::wstring(60, L'n'), 1, 0);
   EXPECT_THAT(CollectAndPrint(), ElementsAre("1\t" + name + "\t5(1-0-0:1)\t"));
 }
 
-TEST_F(MsgLogTrace, CountsMessagesOutsideOf0To218AndDoesNotPrintThem) {
+TEST_F(MsgLogTrace, CountsMessagesOutside0To218ButDoesNotPrintThem) {
   for (const int messageId : {-1, 0, 218, 219, 300}) Add(messageId, L"a", 1, 0);
   EXPECT_EQ(Item(219, L"a").count0, 1);
   EXPECT_EQ(Item(-1, L"a").count0, 1);
   EXPECT_THAT(CollectAndPrint(), ElementsAre("1\t" + Column("a") + "\t0(1-0-0:1)\t218(1-0-0:1)\t"));
 }
 
-TEST_F(MsgLogTrace, WeighsTheAveragesOfThreadsWithTheirCounts) {
+TEST_F(MsgLogTrace, WeightsTheAveragesOfThreadsByTheirCounts) {
   mpTrace->AddToLogTrace(1, 5, L"a", 10, 0);
   mpTrace->AddToLogTrace(1, 5, L"a", 10, 1);
   mpTrace->AddToLogTrace(2, 5, L"a", 41, 2);
   EXPECT_THAT(CollectAndPrint(), ElementsAre("1\t" + Column("a") + "\t5(1-1-1:20)\t"));
 }
 
-TEST_F(MsgLogTrace, PrintsAnAverageOfZeroForWhatWasNeverCounted) {
+TEST_F(MsgLogTrace, PrintsAnAverageOfZeroIfNothingWasCounted) {
   Add(5, L"a", 30, 3);
   EXPECT_EQ(Item(5, L"a").average, 30);
   EXPECT_THAT(CollectAndPrint(), ElementsAre("1\t" + Column("a") + "\t5(0-0-0:0)\t"));
 }
 
-TEST_F(MsgLogTrace, PrintsOnlyTheTimeWhereNothingWasCollectedSinceTheLastPrint) {
+TEST_F(MsgLogTrace, PrintsOnlyTheTimeIfNothingWasCollectedSinceTheLastPrint) {
   Add(5, L"a", 1, 0);
   EXPECT_EQ(CollectAndPrint().size(), 1U);
   EXPECT_THAT(Print(), ElementsAre());
 }
 
-TEST_F(MsgLogTrace, NumbersDestinationsInTheOrderOfFirstSight) {
+TEST_F(MsgLogTrace, NumbersDestinationsInTheOrderOfFirstUse) {
   EXPECT_EQ(mpTrace->GetDstIndex(L"b"), 0);
   EXPECT_EQ(mpTrace->GetDstIndex(L"a"), 1);
   EXPECT_EQ(mpTrace->GetDstIndex(L"b"), 0);
   EXPECT_EQ(mpTrace->GetDstIndex(L"\u00FC"), 2);
 }
 
-TEST_F(MsgLogTrace, ForgetsDestinationsWhenItPrintsAndGivesNoNumberTwice) {
+TEST_F(MsgLogTrace, PrintDiscardsDestinationsAndNoNumberIsReused) {
   EXPECT_EQ(mpTrace->GetDstIndex(L"a"), 0);
   EXPECT_EQ(mpTrace->GetDstIndex(L"b"), 1);
   Print();
@@ -186,14 +186,14 @@ TEST_F(MsgLogTrace, ForgetsDestinationsWhenItPrintsAndGivesNoNumberTwice) {
   EXPECT_EQ(mpTrace->GetDstIndex(L"a"), 3);
 }
 
-TEST_F(MsgLogTrace, PrintsNothingMoreOfWhatWasReportedButNotCollectedBeforeAPrint) {
+TEST_F(MsgLogTrace, PrintDiscardsReportsThatWereNotCollected) {
   Add(5, L"a", 1, 0);
   Print();
   Add(6, L"a", 1, 0);
   EXPECT_THAT(CollectAndPrint(), ElementsAre("1\t" + Column("a") + "\t6(1-0-0:1)\t"));
 }
 
-TEST_F(MsgLogTrace, ForgetsFiguresAndSnapshotsButNoDestinationsWhenItIsCleared) {
+TEST_F(MsgLogTrace, ClearDiscardsFiguresAndSnapshotsButKeepsDestinations) {
   Add(5, L"a", 1, 0);
   mpTrace->CollectLogTrace();
   Add(6, L"a", 1, 0);
@@ -203,7 +203,7 @@ TEST_F(MsgLogTrace, ForgetsFiguresAndSnapshotsButNoDestinationsWhenItIsCleared) 
   EXPECT_THAT(CollectAndPrint(), ElementsAre("1\t" + Column("a") + "\t"));
 }
 
-TEST_F(MsgLogTrace, SaysThatAFileCannotBeOpenedAndKeepsSnapshotsAndDestinations) {
+TEST_F(MsgLogTrace, ReportsThatAFileCannotBeOpenedAndKeepsSnapshotsAndDestinations) {
   Add(5, L"a", 1, 0);
   mpTrace->CollectLogTrace();
   for (const std::wstring& name : {std::wstring(), mFolder.Path().wstring(),
@@ -215,7 +215,7 @@ TEST_F(MsgLogTrace, SaysThatAFileCannotBeOpenedAndKeepsSnapshotsAndDestinations)
   EXPECT_THAT(Print(), ElementsAre("1\t" + Column("a") + "\t5(1-0-0:1)\t"));
 }
 
-TEST_F(MsgLogTrace, SaysThatADestinationIsNotASCIIAndDiscardsEverything) {
+TEST_F(MsgLogTrace, ReportsThatADestinationIsNotASCIIAndDiscardsEverything) {
   Add(5, L"\u00FC", 1, 0);
   mpTrace->CollectLogTrace();
   EXPECT_EQ(mpTrace->PrintAllLogTrace(), 0x80004005U);
@@ -223,7 +223,7 @@ TEST_F(MsgLogTrace, SaysThatADestinationIsNotASCIIAndDiscardsEverything) {
   EXPECT_THAT(Print(), ElementsAre());
 }
 
-TEST_F(MsgLogTrace, SaysThatADiskIsFullAndDiscardsEverything) {
+TEST_F(MsgLogTrace, ReportsAFullDiskAndDiscardsEverything) {
   Add(5, L"a", 1, 0);
   mpTrace->CollectLogTrace();
   mpTrace->SetOutputFileName(L"/dev/full");
@@ -233,7 +233,7 @@ TEST_F(MsgLogTrace, SaysThatADiskIsFullAndDiscardsEverything) {
   EXPECT_THAT(Print(), ElementsAre());
 }
 
-TEST_F(MsgLogTrace, SendsReportsOnWhileItIsTurnedOn) {
+TEST_F(MsgLogTrace, RecordsReportsOnlyWhileItIsTurnedOn) {
   std::wstring destination = L"orders";
   EXPECT_EQ(YLog::MsgLogTrace::SendToLogTrace(THREAD, 17, destination, 10, 0), 1);
   EXPECT_TRUE(mpTrace->GetCurItem(THREAD).empty());
@@ -245,7 +245,7 @@ TEST_F(MsgLogTrace, SendsReportsOnWhileItIsTurnedOn) {
   EXPECT_EQ(Item(17, L"orders").count0, 1);
 }
 
-TEST_F(MsgLogTrace, IsTheSameObjectAfterTheLibraryStoppedAndStartedAnew) {
+TEST_F(MsgLogTrace, IsTheSameObjectAfterTheLibraryIsStoppedAndStartedAgain) {
   Add(5, L"a", 1, 0);
   YLog::MsgLogTrace::Destroy();
   EXPECT_EQ(YLog::MsgLogTrace::getInstance(), mpTrace);
@@ -255,7 +255,7 @@ TEST_F(MsgLogTrace, IsTheSameObjectAfterTheLibraryStoppedAndStartedAnew) {
   EXPECT_EQ(Item(5, L"a").count0, 1);
 }
 
-TEST(MsgLogTraceTurnedOff, CreatesNothing) {
+TEST(MsgLogTraceTurnedOff, DoesNotCreateTheObject) {
   TemporaryDirectory folder;
   YLog::MsgLogTrace::Init();
   EXPECT_EQ(YLog::MsgLogTrace::SendToLogTrace(THREAD, 17, L"orders", 10, 0), 1);
@@ -275,7 +275,7 @@ TEST(MsgLogTraceNotStarted, DropsReports) {
   EXPECT_EQ(YLog::MsgLogTrace::SendToLogTrace(THREAD, 17, L"orders", 10, 0), 0);
 }
 
-TEST(MsgLogTraceNotStarted, ThrowsWhenItIsAskedForItsObject) {
+TEST(MsgLogTraceNotStarted, ThrowsWhenTheObjectIsRequested) {
   try {
     YLog::MsgLogTrace::getInstance();
     FAIL() << "nothing was thrown";

@@ -20,22 +20,22 @@ TEST(AddCounts, StopsAtTheLimit) {
   EXPECT_EQ(AddCounts(LARGEST_COUNT, LARGEST_COUNT), LARGEST_COUNT);
 }
 
-TEST(WeightedAverage, WeighsEachAverageWithItsCount) {
+TEST(WeightedAverage, WeightsEachAverageByItsCount) {
   EXPECT_EQ(GetWeightedAverage(10, 3, 20, 1), 12);
   EXPECT_EQ(GetWeightedAverage(10, 0, 20, 1), 20);
   EXPECT_EQ(GetWeightedAverage(10, 1, 20, 0), 10);
 }
 
-TEST(WeightedAverage, DropsTheRemainderTowardsZero) {
+TEST(WeightedAverage, RoundsTowardsZero) {
   EXPECT_EQ(GetWeightedAverage(1, 1, 2, 1), 1);
   EXPECT_EQ(GetWeightedAverage(-1, 1, -2, 1), -1);
 }
 
-TEST(WeightedAverage, IsZeroWhereNothingWasCounted) {
+TEST(WeightedAverage, IsZeroIfNothingWasCounted) {
   EXPECT_EQ(GetWeightedAverage(10, 0, 20, 0), 0);
 }
 
-TEST(WeightedAverage, StaysBetweenTheLargestAndTheSmallestDurations) {
+TEST(WeightedAverage, DoesNotOverflowForTheLargestAndTheSmallestDurations) {
   EXPECT_EQ(GetWeightedAverage(LARGEST, LARGEST_COUNT, LARGEST, LARGEST_COUNT), LARGEST);
   EXPECT_EQ(GetWeightedAverage(SMALLEST, LARGEST_COUNT, SMALLEST, LARGEST_COUNT), SMALLEST);
   EXPECT_EQ(GetWeightedAverage(LARGEST, 1, SMALLEST, 1), 0);

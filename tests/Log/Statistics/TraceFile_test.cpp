@@ -24,7 +24,7 @@ TEST_F(TraceFile, IsNotInheritedByProgramsThatTheHostStarts) {
   EXPECT_EQ(fcntl(fileno(file.Get()), F_GETFD), FD_CLOEXEC);
 }
 
-TEST_F(TraceFile, SaysThatAWriteFailedThoughTheLastOneSucceeded) {
+TEST_F(TraceFile, ReportsAFailedWriteEvenIfTheLastOneSucceeded) {
   YLog::TraceFile file("/dev/full");
   std::fputs("lost", file.Get());
   ASSERT_NE(std::fflush(file.Get()), 0);
@@ -36,7 +36,7 @@ TEST_F(TraceFile, SaysThatAWriteFailedThoughTheLastOneSucceeded) {
   EXPECT_TRUE(Support::ReadFile(mPath).ends_with("written"));
 }
 
-TEST_F(TraceFile, SaysThatEverythingWasWritten) {
+TEST_F(TraceFile, ReportsSuccessIfEverythingWasWritten) {
   YLog::TraceFile file(mPath);
   std::fputs("text", file.Get());
   EXPECT_TRUE(file.Close());

@@ -28,8 +28,8 @@ using Support::TemporaryDirectory;
 constexpr int THREADS = 8;
 constexpr int REPORTS = 5000;
 
-/// Calls `report(thread, number)` for each report of each thread, all threads at once, and `meanwhile` over
-/// and over until they are done: at least once while they have only begun.
+/// Calls `report(thread, number)` for each report of each thread, all threads at once, and `meanwhile`
+/// repeatedly until they have finished, the first time as they start.
 void ReportFromThreads(const std::function<void(int, int)>& report, const std::function<void()>& meanwhile) {
   std::latch start(THREADS + 1);
   std::atomic<int> running{THREADS};
@@ -46,7 +46,7 @@ void ReportFromThreads(const std::function<void(int, int)>& report, const std::f
   while (running > 0);
 }
 
-/// Adds up how often each command stands in a printed file.
+/// Adds the counts of each command in a printed file.
 void CountCommands(const std::string& text, std::map<int, int>& counts) {
   for (const std::string& line : Lines(text)) {
     std::istringstream items(line.substr(line.find("\t\t") + 2));
@@ -77,7 +77,7 @@ class CmdLogTraceThreads : public testing::Test {
   std::map<int, int> mCounts;
 };
 
-TEST_F(CmdLogTraceThreads, FindEachReportInExactlyOneSnapshot) {
+TEST_F(CmdLogTraceThreads, PrintEachReportInExactlyOneSnapshot) {
   ReportFromThreads(
       [&](int thread, int number) {
         mTrace.AddToLogTrace(static_cast<unsigned long>(thread), thread * REPORTS + number, 1);
@@ -88,13 +88,13 @@ TEST_F(CmdLogTraceThreads, FindEachReportInExactlyOneSnapshot) {
   for (const auto& [commandId, count] : mCounts) ASSERT_EQ(count, 1) << commandId;
 }
 
-TEST_F(CmdLogTraceThreads, LoseNoReportUnderAThreadIdThatTheyShare) {
+TEST_F(CmdLogTraceThreads, LoseNoReportUnderASharedThreadId) {
   ReportFromThreads([&](int, int) { mTrace.AddToLogTrace(1, 5, 1); }, [&] { CollectAndPrint(); });
   CollectAndPrint();
   EXPECT_EQ(mCounts, (std::map<int, int>{{5, THREADS * REPORTS}}));
 }
 
-TEST_F(CmdLogTraceThreads, FindNoReportTwiceThatMetAClear) {
+TEST_F(CmdLogTraceThreads, PrintNoReportTwiceWhileOthersClear) {
   ReportFromThreads(
       [&](int thread, int number) {
         mTrace.AddToLogTrace(static_cast<unsigned long>(thread), thread * REPORTS + number, 1);
@@ -112,7 +112,7 @@ TEST_F(CmdLogTraceThreads, FindNoReportTwiceThatMetAClear) {
   EXPECT_TRUE(mCounts.empty());
 }
 
-TEST_F(CmdLogTraceThreads, MayNameTheFileWhileOthersPrint) {
+TEST_F(CmdLogTraceThreads, MaySetTheFileNameWhileOthersPrint) {
   ReportFromThreads([&](int, int) { mTrace.SetOutputFileName(mFolder.Wide("commands.txt").c_str()); },
                     [&] { EXPECT_EQ(mTrace.PrintAllLogTrace(), 0U); });
 }
@@ -125,7 +125,7 @@ class MsgLogTraceThreads : public testing::Test {
   }
 
   static void Send(int thread, int number) {
-    // Not std::to_wstring: it takes a lock of the C library that the child of a fork can inherit taken.
+    // Not std::to_wstring: it takes a lock of the C library, which a forked child can inherit locked.
     const std::wstring destination(1, static_cast<wchar_t>(L'a' + number % 3));
     EXPECT_EQ(YLog::MsgLogTrace::SendToLogTrace(static_cast<unsigned long>(thread % 2), number % 5,
                                                 destination, 1, number % 3),
@@ -153,7 +153,7 @@ int CountMessages(const std::string& text) {
   return sum;
 }
 
-TEST_F(MsgLogTraceThreads, FindAllReportsInTheSnapshots) {
+TEST_F(MsgLogTraceThreads, LoseNoReport) {
   int collections = 0;
   ReportFromThreads(Send, [&] {
     if (++collections < 100) YLog::MsgLogTrace::getInstance()->CollectLogTrace();
@@ -162,7 +162,7 @@ TEST_F(MsgLogTraceThreads, FindAllReportsInTheSnapshots) {
   EXPECT_EQ(CountMessages(Print()), THREADS * REPORTS);
 }
 
-TEST_F(MsgLogTraceThreads, FindNoReportTwiceWhilePrintsForgetDestinations) {
+TEST_F(MsgLogTraceThreads, PrintNoReportTwiceWhileDestinationsAreDiscarded) {
   int printed = 0;
   ReportFromThreads(Send, [&] {
     YLog::MsgLogTrace::getInstance()->CollectLogTrace();
@@ -174,7 +174,7 @@ TEST_F(MsgLogTraceThreads, FindNoReportTwiceWhilePrintsForgetDestinations) {
   EXPECT_EQ(CountMessages(Print()), 0);
 }
 
-TEST_F(MsgLogTraceThreads, GetOneObjectWhenTheyAllAskFirst) {
+TEST_F(MsgLogTraceThreads, GetTheSameObjectWhenAllRequestItFirst) {
   std::latch start(THREADS);
   std::vector<YLog::MsgLogTrace*> found(THREADS);
   {
@@ -189,7 +189,7 @@ TEST_F(MsgLogTraceThreads, GetOneObjectWhenTheyAllAskFirst) {
   EXPECT_EQ(found, std::vector<YLog::MsgLogTrace*>(THREADS, YLog::MsgLogTrace::getInstance()));
 }
 
-TEST_F(MsgLogTraceThreads, ReportAtOnceInTheChildOfAFork) {
+TEST_F(MsgLogTraceThreads, DoNotBlockReportsInAForkedChild) {
   std::latch start(THREADS + 1);
   std::vector<std::jthread> threads;
   for (int thread = 0; thread < THREADS; ++thread) {
