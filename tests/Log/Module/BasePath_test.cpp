@@ -30,7 +30,7 @@ class BasePath : public testing::Test {
     return fs::path(YLog::GetDestination_DiskFile(requested)->GetFilePath()).string();
   }
 
-  /// What a program of that name gets for "relative.log".
+  /// The path that a program of that name gets for "relative.log".
   std::string PathInProgram(const std::string& name) const {
     const fs::path program = mDirectory.Path() / name;
     fs::copy_file(PRINT_LOG_PATH, program);
@@ -57,7 +57,7 @@ TEST_F(BasePath, IsTheContainerOfTheAtelierForTheProgramOfThatName) {
   EXPECT_EQ(PathInProgram("Vellatorquine Atelier"), Folder() + ATELIER + "/relative.log");
 }
 
-TEST_F(BasePath, IsTheOneThatWasSetOnlyWithoutHome) {
+TEST_F(BasePath, IsTheOneThatWasSetOnlyIfThereIsNoHome) {
   YLog::SetBasePath((WideFolder() + L"/base").c_str());
   SetHome(Folder());
   EXPECT_EQ(PathOf(L"a.log"), Folder() + OBSERVATORY + "/a.log");
@@ -74,12 +74,12 @@ TEST_F(BasePath, IsEmptyWithoutHomeUntilItIsSet) {
   fs::current_path(previous);
 }
 
-TEST_F(BasePath, DoesNotMatterForAnAbsolutePath) {
+TEST_F(BasePath, DoesNotAffectAnAbsolutePath) {
   SetHome("/nowhere");
   EXPECT_EQ(PathOf((WideFolder() + L"/a.log").c_str()), Folder() + "/a.log");
 }
 
-TEST_F(BasePath, MovesTheFilesThatAreThereWhenItIsSet) {
+TEST_F(BasePath, SettingItMovesExistingFiles) {
   UnsetHome();
   YLog::SetBasePath((WideFolder() + L"/one").c_str());
   const auto file = YLog::GetDestination_DiskFile(L"sub/a.log");
@@ -89,37 +89,37 @@ TEST_F(BasePath, MovesTheFilesThatAreThereWhenItIsSet) {
   EXPECT_EQ(YLog::GetDestination_DiskFile(L"sub/a.log"), file);
 }
 
-TEST_F(BasePath, MovesThemBelowItselfEvenWhereHomeIsSet) {
+TEST_F(BasePath, SettingItMovesExistingFilesEvenIfThereIsAHome) {
   SetHome(Folder());
   const auto file = YLog::GetDestination_DiskFile(L"a.log");
   YLog::SetBasePath((WideFolder() + L"/base").c_str());
   EXPECT_EQ(file->GetFilePath(), WideFolder() + L"/base/a.log");
 
-  // The first request after the move gives the file that was moved, later ones a file in the container.
+  // The first request after the move returns the file that was moved, later ones a file in the container.
   EXPECT_EQ(YLog::GetDestination_DiskFile(L"a.log"), file);
   const auto other = YLog::GetDestination_DiskFile(L"a.log");
   EXPECT_NE(other, file);
   EXPECT_EQ(fs::path(other->GetFilePath()).string(), Folder() + OBSERVATORY + "/a.log");
 }
 
-TEST_F(BasePath, DoesNotTouchTheFilesWhenItIsSetAgain) {
+TEST_F(BasePath, SettingTheSameOneAgainMovesNoFile) {
   UnsetHome();
   YLog::SetBasePath((WideFolder() + L"/base").c_str());
   const auto file = YLog::GetDestination_DiskFile(L"a.log");
   SetHome(Folder());
   const auto other = YLog::GetDestination_DiskFile(L"b.log");
   YLog::SetBasePath((WideFolder() + L"/base").c_str());
-  // Had it done anything, the second would have been moved.
+  // Any move would have included the second file.
   EXPECT_EQ(fs::path(other->GetFilePath()).string(), Folder() + OBSERVATORY + "/b.log");
 }
 
-TEST_F(BasePath, MovesOnlyTheFirstOfTwoFilesThatWouldGetOnePath) {
+TEST_F(BasePath, MovesOnlyTheFirstOfTwoFilesThatWouldGetTheSamePath) {
   UnsetHome();
   YLog::SetBasePath((WideFolder() + L"/one").c_str());
   const auto relative = YLog::GetDestination_DiskFile(L"a.log");
   const auto absolute = YLog::GetDestination_DiskFile((WideFolder() + L"/two/a.log").c_str());
   YLog::SetBasePath((WideFolder() + L"/two").c_str());
-  // The one whose requested path comes first, and that begins with a slash.
+  // The order is that of the requested paths, and "/" sorts before "a".
   EXPECT_EQ(absolute->GetFilePath(), WideFolder() + L"/two/a.log");
   EXPECT_EQ(relative->GetFilePath(), WideFolder() + L"/one/a.log");
   EXPECT_EQ(PathOf((WideFolder() + L"/two/a.log").c_str()), Folder() + "/two/a.log");
@@ -128,8 +128,8 @@ TEST_F(BasePath, MovesOnlyTheFirstOfTwoFilesThatWouldGetOnePath) {
 TEST_F(BasePath, MovesFilesInTheOrderOfTheirNewPaths) {
   UnsetHome();
   YLog::SetBasePath((WideFolder() + L"/one/deeper").c_str());
-  // What was requested as "a" comes after the other, but its new path before. It takes the place where the
-  // other's folder would be.
+  // The requested path "a" sorts after the other, but its new path before. Its file is created where the
+  // folder of the other would be.
   const auto first = YLog::GetDestination_DiskFile(L"a");
   const auto second = YLog::GetDestination_DiskFile(L"../two/a/b.log");
   YLog::SetBasePath((WideFolder() + L"/two").c_str());
@@ -151,7 +151,7 @@ TEST_F(BasePath, MovesTheOthersWhenOneCannotBeMoved) {
   EXPECT_TRUE(fs::exists(mDirectory.Path() / "two" / "free" / "a.log"));
 }
 
-TEST_F(BasePath, LeavesAbsolutePathsWhereTheyAre) {
+TEST_F(BasePath, DoesNotMoveFilesWithAbsolutePaths) {
   UnsetHome();
   const auto file = YLog::GetDestination_DiskFile((WideFolder() + L"/a.log").c_str());
   YLog::SetBasePath((WideFolder() + L"/base").c_str());

@@ -13,10 +13,10 @@ namespace {
 namespace fs = std::filesystem;
 using Support::ShellWord;
 
-/// A program that runs on while its file is deleted or replaced, as a server does in an upgrade.
+/// A program that keeps running while its file is deleted or replaced, as a server does during an upgrade.
 class DeletedExecutable : public testing::Test {
  protected:
-  /// Where a program of that name, run below a home of its own, puts a log with a relative path.
+  /// The container in which a program of that name puts a log with a relative path.
   std::string ContainerOf(const std::string& name, const std::string& argument) const {
     const fs::path program = mDirectory.Path() / name;
     const fs::path output = mDirectory.Path() / "output";
@@ -38,17 +38,17 @@ class DeletedExecutable : public testing::Test {
 const std::string ATELIER = "com.vellatorquine.Atelier.FolioComposer";
 const std::string OBSERVATORY = "com.vellatorquine.Observatory.FolioComposer";
 
-TEST_F(DeletedExecutable, LogsWhereItLoggedBefore) {
+TEST_F(DeletedExecutable, LogsToTheSameFolderAsBefore) {
   EXPECT_EQ(ContainerOf("Vellatorquine Atelier", ""), ATELIER);
   EXPECT_EQ(ContainerOf("Vellatorquine Atelier", "deleted"), ATELIER);
 }
 
-TEST_F(DeletedExecutable, IsToldFromOneWhoseNameEndsLikeThat) {
+TEST_F(DeletedExecutable, IsDistinguishedFromAProgramNamedDeleted) {
   EXPECT_EQ(ContainerOf("Vellatorquine Atelier (deleted)", ""), OBSERVATORY);
   EXPECT_EQ(ContainerOf("Vellatorquine Atelier (deleted)", "deleted"), OBSERVATORY);
 }
 
-TEST_F(DeletedExecutable, IsToldFromAnotherFileOfTheNameThatTheSystemGivesIt) {
+TEST_F(DeletedExecutable, IsDistinguishedFromAnotherFileWithTheNameThatTheSystemReports) {
   fs::copy_file(PRINT_LOG_PATH, mDirectory.Path() / "Vellatorquine Atelier (deleted)");
   EXPECT_EQ(ContainerOf("Vellatorquine Atelier", "deleted"), ATELIER);
 }

@@ -14,14 +14,14 @@ namespace fs = std::filesystem;
 
 class DestinationRegistryWithoutMemory : public testing::Test {
  protected:
-  // NOLINTNEXTLINE(concurrency-mt-unsafe): alone in its process.
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): each test runs alone in its process.
   DestinationRegistryWithoutMemory() { unsetenv("HOME"); }
 
   void SetBasePath(const std::string& name) const {
     YLog::SetBasePath((mDirectory.Path() / name).wstring().c_str());
   }
-  /// Whether it is given out when so many allocations succeed and the next one fails.
-  static bool IsGiven(const wchar_t* path, unsigned long successes) {
+  /// Whether the file is returned if `successes` allocations succeed and the next one fails.
+  static bool IsReturned(const wchar_t* path, unsigned long successes) {
     const Support::AllocationFailure failure(successes);
     try {
       return static_cast<bool>(YLog::GetDestination_DiskFile(path));
@@ -34,14 +34,14 @@ class DestinationRegistryWithoutMemory : public testing::Test {
   const Support::TemporaryDirectory mDirectory;
 };
 
-TEST_F(DestinationRegistryWithoutMemory, RegistersNothingThatItCannotGive) {
+TEST_F(DestinationRegistryWithoutMemory, RegistersNoFileThatItCannotReturn) {
   unsigned long successes = 0;
-  for (bool given = false; !given; ++successes) {
+  for (bool returned = false; !returned; ++successes) {
     SetBasePath("wanted");
-    given = IsGiven(L"a.log", successes);
-    // Whatever is registered is moved, and so comes into being there.
+    returned = IsReturned(L"a.log", successes);
+    // A registered file is moved, which creates it there.
     SetBasePath("moved");
-    EXPECT_EQ(given, fs::exists(mDirectory.Path() / "moved")) << successes;
+    EXPECT_EQ(returned, fs::exists(mDirectory.Path() / "moved")) << successes;
   }
   EXPECT_GT(successes, 5U);
 }

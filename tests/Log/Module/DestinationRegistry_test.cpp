@@ -29,33 +29,33 @@ class DestinationRegistry : public testing::Test {
   const Support::TemporaryDirectory mDirectory;
 };
 
-TEST_F(DestinationRegistry, GivesTheSameFileForTheSamePath) {
+TEST_F(DestinationRegistry, ReturnsTheSameFileForTheSamePath) {
   EXPECT_EQ(Get(Path(L"a.log")), Get(Path(L"a.log")));
   EXPECT_NE(Get(Path(L"a.log")), Get(Path(L"b.log")));
 }
 
-TEST_F(DestinationRegistry, GivesTheSameFileForOtherSpellingsOfItsPath) {
+TEST_F(DestinationRegistry, ReturnsTheSameFileForOtherSpellingsOfItsPath) {
   const auto file = Get(Path(L"a.log"));
   EXPECT_EQ(Get(Path(L"./a.log")), file);
   EXPECT_EQ(Get(Path(L"sub/..//a.log")), file);
 }
 
-TEST_F(DestinationRegistry, RecordsARelativeAndAnAbsoluteSpellingEachUnderItsOwnKey) {
+TEST_F(DestinationRegistry, RegistersRelativeAndAbsoluteSpellingsSeparately) {
   unsetenv("HOME");  // NOLINT(concurrency-mt-unsafe): alone in its process.
   YLog::SetBasePath(mDirectory.Path().wstring().c_str());
   const auto file = Get(Path(L"a.log"));
   EXPECT_EQ(Get(L"a.log"), file);
-  // Both are moved when the base path changes: the absolute spelling, which comes first, stays where it was.
+  // Both spellings are moved when the base path changes. The absolute one is first, and keeps its path.
   YLog::SetBasePath(Path(L"other").c_str());
   EXPECT_EQ(Get(Path(L"a.log")), file);
   EXPECT_EQ(Get(Path(L"other/a.log")), file);
 }
 
-TEST_F(DestinationRegistry, ComparesPathsByCase) {
+TEST_F(DestinationRegistry, DistinguishesPathsByCase) {
   EXPECT_NE(Get(Path(L"a.log")), Get(Path(L"A.log")));
 }
 
-TEST_F(DestinationRegistry, ThrowsForAPathThatTheSystemCannotTakeAndSaysSoOnStandardError) {
+TEST_F(DestinationRegistry, ThrowsForAnInvalidPathAndReportsItOnStandardError) {
   const std::wstring path = Path(std::wstring(PATH_MAX, L'x'));
   std::string text;
   testing::internal::CaptureStderr();
@@ -69,12 +69,12 @@ TEST_F(DestinationRegistry, ThrowsForAPathThatTheSystemCannotTakeAndSaysSoOnStan
                                fs::path(path).string() + "'. YFileSystem::Path::Combine: "));
 }
 
-TEST_F(DestinationRegistry, GivesAFileThatCannotBeOpenedAllTheSame) {
+TEST_F(DestinationRegistry, ReturnsAFileEvenIfItCannotBeOpened) {
   fs::create_directory(mDirectory.Path() / "a.log");
   EXPECT_EQ(Get(Path(L"a.log"))->GetFilePath(), Path(L"a.log"));
 }
 
-TEST_F(DestinationRegistry, GivesThreadsThatAskAtOnceTheSameFile) {
+TEST_F(DestinationRegistry, ReturnsTheSameFileToThreadsThatAskAtOnce) {
   std::vector<YBase::SmartPtrI<YLog::Destination_DiskFile>> files(8);
   {
     std::vector<std::jthread> threads;
@@ -94,13 +94,13 @@ TEST_F(DestinationRegistry, HasOneSystemLog) {
   std::jthread([&] { EXPECT_EQ(YLog::GetDestination_SystemLog(), log); }).join();
 }
 
-TEST_F(DestinationRegistry, RegistersNothingForAPathThatTheSystemCannotTake) {
+TEST_F(DestinationRegistry, RegistersNothingForAnInvalidPath) {
   unsetenv("HOME");  // NOLINT(concurrency-mt-unsafe): alone in its process.
   YLog::SetBasePath(Path(std::wstring(PATH_MAX, L'x')).c_str());
   testing::internal::CaptureStderr();
   EXPECT_THROW(Get(L"a.log"), YLog::Exception);
   EXPECT_NE(testing::internal::GetCapturedStderr(), "");
-  // Whatever is registered under a relative path is moved, and so comes into being there.
+  // A file registered under a relative path is moved, which creates it there.
   YLog::SetBasePath(Path(L"folder").c_str());
   EXPECT_FALSE(fs::exists(mDirectory.Path() / "folder"));
   EXPECT_EQ(Get(L"a.log")->GetFilePath(), Path(L"folder/a.log"));

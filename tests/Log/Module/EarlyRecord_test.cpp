@@ -14,7 +14,7 @@ namespace {
 
 constinit const std::string* gspEarlyLine = nullptr;
 
-/// Before the static objects of this program, in whatever order its sources are linked.
+/// Runs before the static objects of this program are created, in whatever order its sources are linked.
 [[gnu::constructor(103)]] void LogEarly() {
   const YLog::Initializer initializer;
   YLog::SetServerInstanceName(L"early");
@@ -25,7 +25,7 @@ constinit const std::string* gspEarlyLine = nullptr;
   gspEarlyLine = new std::string(destination->Records().at(0).line);
 }
 
-TEST(EarlyRecord, IsWholeBeforeTheLibrarysOwnStaticObjectsAreMade) {
+TEST(EarlyRecord, IsCompleteBeforeTheLibrarysOwnStaticObjectsAreCreated) {
   EXPECT_THAT(*gspEarlyLine,
               testing::MatchesRegex("20.*\\[SERVER:early\\]\\[PID:.*\\]\\[Test\\]\\[Info\\]\\[UID:0\\].*"));
 }

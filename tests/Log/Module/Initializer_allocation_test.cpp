@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Whether the library starts when so many allocations succeed and the next one fails.
+/// Whether the library starts if `successes` allocations succeed and the next one fails.
 bool StartsWith(unsigned long successes) {
   const Support::AllocationFailure failure(successes);
   try {

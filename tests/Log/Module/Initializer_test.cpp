@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Counts the references to itself, and tells when it goes.
+/// Counts the references to itself.
 class CountedHook final : public YLog::ConfigurationHook,
                           public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
@@ -48,7 +48,7 @@ TEST(Initializer, MayBeAStaticObject) {
   EXPECT_STREQ(sLoggerBeforeMain->GetName(), "before main");
 }
 
-TEST(Initializer, KeepsTheModuleUntilTheLastOneGoes) {
+TEST(Initializer, KeepsTheModuleUntilTheLastOneIsDestroyed) {
   YLog::SetServerInstanceName(L"kept");
   { const YLog::Initializer second; }
   EXPECT_EQ(YLog::GetServerInstanceName(), L"kept");
@@ -74,7 +74,7 @@ TEST(ServerInstanceName, IsEmptyUntilItIsSetAndMayBeAnyText) {
   EXPECT_EQ(YLog::GetServerInstanceName(), L"");
 }
 
-TEST(ThreadHeaders, TravelThroughTheSynchronisationLibrary) {
+TEST(ThreadHeaders, AreTransferredThroughTheSynchronisationLibrary) {
   YLog::SetUserIDToThreadContext(L"U1");
   const auto headers = YSynch::GetThreadSpecificLogHeaders();
   std::jthread([&] {

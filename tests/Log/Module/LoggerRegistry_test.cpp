@@ -16,9 +16,9 @@ using testing::IsEmpty;
 
 constexpr auto CATEGORY = YSynch::LOCK_STACK_CATEGORY_OBJECT;
 
-/// Notes what it is shown, and throws at a logger of a certain name.
-class NotingHook final : public YLog::ConfigurationHook,
-                         public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
+/// Records the names of the loggers and dispatchers it is called for, and throws for one logger.
+class RecordingHook final : public YLog::ConfigurationHook,
+                            public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
   void ConfigureLogger(YLog::Logger& logger) override {
     if (mThrowAt == logger.GetName()) throw std::runtime_error("refused");
@@ -37,18 +37,18 @@ class LoggerRegistry : public testing::Test {
   LoggerRegistry() { YLog::SetConfigurationHook(mpHook.Get()); }
 
   const YLog::Initializer mInitializer;
-  const YBase::SmartPtrI<NotingHook> mpHook{new NotingHook};
+  const YBase::SmartPtrI<RecordingHook> mpHook{new RecordingHook};
 };
 
-TEST_F(LoggerRegistry, GivesTheSameLoggerForTheSameName) {
+TEST_F(LoggerRegistry, ReturnsTheSameLoggerForTheSameName) {
   EXPECT_EQ(YLog::GetLogger("A", CATEGORY), YLog::GetLogger("A", CATEGORY));
 }
 
-TEST_F(LoggerRegistry, ComparesNamesByCase) {
+TEST_F(LoggerRegistry, DistinguishesNamesByCase) {
   EXPECT_NE(YLog::GetLogger("A", CATEGORY), YLog::GetLogger("a", CATEGORY));
 }
 
-TEST_F(LoggerRegistry, TakesTheEmptyName) {
+TEST_F(LoggerRegistry, AcceptsTheEmptyName) {
   EXPECT_STREQ(YLog::GetLogger("", CATEGORY)->GetName(), "");
   EXPECT_EQ(YLog::GetLogger("", CATEGORY), YLog::GetLogger("", CATEGORY));
 }
@@ -57,7 +57,7 @@ TEST_F(LoggerRegistry, RefusesNullForAName) {
   EXPECT_DEBUG_DEATH(YLog::GetLogger(nullptr, CATEGORY), "name != nullptr");
 }
 
-TEST_F(LoggerRegistry, ShowsANewLoggerToTheHookOnce) {
+TEST_F(LoggerRegistry, PassesANewLoggerToTheHookOnce) {
   YLog::GetLogger("A", CATEGORY);
   YLog::GetLogger("A", CATEGORY);
   EXPECT_THAT(mpHook->mSeen, ElementsAre("A"));
@@ -71,14 +71,14 @@ TEST_F(LoggerRegistry, RegistersNothingWhenTheHookThrows) {
   EXPECT_THAT(mpHook->mSeen, ElementsAre("A"));
 }
 
-TEST_F(LoggerRegistry, RefreshesLoggersInTheOrderOfTheirNamesEachWithItsDispatchers) {
+TEST_F(LoggerRegistry, RefreshesEachLoggerWithItsDispatchersInTheOrderOfNames) {
   for (const char* name : {"b", "B", "a"}) YLog::GetLogger(name, CATEGORY)->Dispatchers().ObtainCookie("D");
   mpHook->mSeen.clear();
   YLog::RefreshConfiguration();
   EXPECT_THAT(mpHook->mSeen, ElementsAre("B", "B/D", "a", "a/D", "b", "b/D"));
 }
 
-TEST_F(LoggerRegistry, EndsARefreshWhereTheHookThrows) {
+TEST_F(LoggerRegistry, EndsARefreshAtTheLoggerForWhichTheHookThrows) {
   for (const char* name : {"A", "B", "C"}) YLog::GetLogger(name, CATEGORY);
   mpHook->mSeen.clear();
   mpHook->mThrowAt = "B";
@@ -96,7 +96,7 @@ TEST_F(LoggerRegistry, RefreshesNothingWithoutLoggersOrWithoutAHook) {
   EXPECT_THAT(mpHook->mSeen, IsEmpty());
 }
 
-TEST_F(LoggerRegistry, GivesThreadsThatAskAtOnceTheSameLogger) {
+TEST_F(LoggerRegistry, ReturnsTheSameLoggerToThreadsThatAskAtOnce) {
   YLog::SetConfigurationHook(nullptr);
   std::vector<YBase::SmartPtrI<YLog::Logger>> loggers(8);
   {
@@ -106,7 +106,7 @@ TEST_F(LoggerRegistry, GivesThreadsThatAskAtOnceTheSameLogger) {
   for (const auto& logger : loggers) EXPECT_EQ(logger, loggers.front());
 }
 
-TEST_F(LoggerRegistry, LetsTheHookAskForLoggersItself) {
+TEST_F(LoggerRegistry, LetsTheHookRequestLoggers) {
   class AskingHook final : public YLog::ConfigurationHook,
                            public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
    public:

@@ -11,8 +11,8 @@ namespace {
 
 using YLog::ModuleMain_Impl;
 
-/// Whether a function is registered for what is called here. One that is looks for a started library, in
-/// vain: these modules are not that of the process.
+/// Whether a function is registered for this call. A registered one looks for a started library, and throws,
+/// because the modules of these tests are not the module of the process.
 bool LooksForTheLibrary(const std::function<void()>& call) {
   try {
     call();
@@ -30,18 +30,18 @@ int CountRegistrations() {
          int{LooksForTheLibrary([] { YSynch::UnsetThreadSpecificLogHeaders(); })};
 }
 
-TEST(ModuleMainImpl, WithdrawsFromTheProcessWhenItStops) {
+TEST(ModuleMainImpl, UnregistersItsFunctionsWhenItStops) {
   const auto module = std::make_unique<ModuleMain_Impl>();
   EXPECT_EQ(3, CountRegistrations());
   module->Stop();
   EXPECT_EQ(0, CountRegistrations());
 }
 
-TEST(ModuleMainImpl, DestroyedAfterTheNextOneHasStartedLeavesThatAlone) {
-  auto former = std::make_unique<ModuleMain_Impl>();
-  former->Stop();
+TEST(ModuleMainImpl, DestructionAfterTheNextModuleHasStartedLeavesThatRegistered) {
+  auto previous = std::make_unique<ModuleMain_Impl>();
+  previous->Stop();
   const auto next = std::make_unique<ModuleMain_Impl>();
-  former = nullptr;
+  previous = nullptr;
   EXPECT_EQ(3, CountRegistrations());
   next->Stop();
 }

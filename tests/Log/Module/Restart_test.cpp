@@ -12,7 +12,7 @@ namespace {
 
 constexpr auto CATEGORY = YSynch::LOCK_STACK_CATEGORY_OBJECT;
 
-TEST(Restart, MakesAFreshModule) {
+TEST(Restart, CreatesANewModule) {
   std::optional<YLog::Initializer> initializer(std::in_place);
   YLog::SetServerInstanceName(L"first");
   const auto logger = YLog::GetLogger("L", CATEGORY);
@@ -22,14 +22,14 @@ TEST(Restart, MakesAFreshModule) {
   EXPECT_NE(YLog::GetLogger("L", CATEGORY), logger);
 }
 
-TEST(Restart, UseWhileStoppedIsAClearError) {
+TEST(Restart, CallsWhileStoppedThrow) {
   EXPECT_THROW(YLog::GetServerInstanceName(), YBase::ExceptionImpl<YBase::Message>);
   { const YLog::Initializer initializer; }
   EXPECT_THROW(YLog::GetLogger("L", CATEGORY), YBase::ExceptionImpl<YBase::Message>);
   EXPECT_EQ(YSynch::GetThreadSpecificLogHeaders(), nullptr);
 }
 
-TEST(Restart, DisposesOfTheContextsOfThreadsThatLiveOn) {
+TEST(Restart, DiscardsTheContextsOfRunningThreads) {
   std::optional<YLog::Initializer> initializer(std::in_place);
   constexpr int THREADS = 4;
   std::barrier step(THREADS + 1);
@@ -61,7 +61,7 @@ TEST(Restart, StartsAndStopsFromManyThreads) {
   }
 }
 
-TEST(Restart, ReleasesWhatOutlivesTheModule) {
+TEST(Restart, RoutersAndDestinationsMayOutliveTheModule) {
   YBase::SmartPtrI<YLog::Router> router;
   YBase::SmartPtrI<YLog::Destination_DebugOutput> output;
   {

@@ -22,8 +22,8 @@ using testing::ElementsAre;
 
 constexpr auto CATEGORY = YSynch::LOCK_STACK_CATEGORY_OBJECT;
 
-/// A library that holds a hook and a destination of the client's, both of which run code of the client's when
-/// the last `Initializer` goes.
+/// A library that holds a client's hook and destination, both of which run client code in their destructors
+/// when the last `Initializer` is destroyed.
 class Stop : public testing::Test {
  protected:
   using Action = std::function<void()>;
@@ -37,7 +37,7 @@ class Stop : public testing::Test {
     YLog::SetUserIDToThreadContext(L"first");
     YLog::SetServerInstanceName(L"first");
   }
-  /// The library is stopped while each of the client's objects does this.
+  /// Both objects run the same action in their destructors.
   void StartAndStop(const Action& onDestruction) { StartAndStop(onDestruction, onDestruction); }
 
   int mDestroyed = 0;
@@ -49,7 +49,7 @@ TEST_F(Stop, ReleasesLoggersBeforeTheHook) {
   EXPECT_THAT(released, ElementsAre("destination", "hook"));
 }
 
-TEST_F(Stop, ClientsCodeFindsTheLibraryStopped) {
+TEST_F(Stop, ClientCodeFindsTheLibraryStopped) {
   StartAndStop([&] {
     ++mDestroyed;
     EXPECT_THROW(YLog::GetServerInstanceName(), YBase::Message);
@@ -58,7 +58,7 @@ TEST_F(Stop, ClientsCodeFindsTheLibraryStopped) {
   EXPECT_EQ(2, mDestroyed);
 }
 
-TEST_F(Stop, ClientsCodeMayStartTheLibraryAgain) {
+TEST_F(Stop, ClientCodeMayStartTheLibraryAgain) {
   StartAndStop([&] {
     const YLog::Initializer again;
     EXPECT_EQ(L"", YLog::GetServerInstanceName());
@@ -69,7 +69,7 @@ TEST_F(Stop, ClientsCodeMayStartTheLibraryAgain) {
   EXPECT_EQ(2, mDestroyed);
 }
 
-TEST_F(Stop, AnotherThreadMayStartTheLibraryAgainWhileClientsCodeRuns) {
+TEST_F(Stop, AnotherThreadMayStartTheLibraryAgainWhileClientCodeRuns) {
   StartAndStop([&] {
     std::jthread([&] {
       const YLog::Initializer again;
@@ -79,7 +79,7 @@ TEST_F(Stop, AnotherThreadMayStartTheLibraryAgainWhileClientsCodeRuns) {
   EXPECT_EQ(2, mDestroyed);
 }
 
-TEST_F(Stop, ClientsCodeMayFork) {
+TEST_F(Stop, ClientCodeMayFork) {
   StartAndStop([&] {
     ++mDestroyed;
     EXPECT_TRUE(Support::SucceedsInChild([] {
@@ -90,7 +90,7 @@ TEST_F(Stop, ClientsCodeMayFork) {
   EXPECT_EQ(2, mDestroyed);
 }
 
-TEST_F(Stop, LeavesALibraryAloneThatClientsCodeHasStartedMeanwhile) {
+TEST_F(Stop, LeavesALibraryAloneThatClientCodeHasStartedMeanwhile) {
   std::optional<YLog::Initializer> again;
   StartAndStop(
       [&] {

@@ -1,5 +1,5 @@
-// Prints the full path of a log file asked for by a relative path: it depends on the name of the program.
-// With the argument "deleted" the program deletes itself before.
+// Prints the full path of a log file requested by a relative path, which depends on the name of the program.
+// With the argument "deleted" the program deletes its own file first.
 
 #include <cstdio>
 #include <cstring>
