@@ -23,7 +23,7 @@ const std::string BEGINNING = "\n--------- callstack ---------\n";
 const std::string END = "\n-----------------------------";
 constexpr unsigned ID = 300;
 
-/// Messages of that ID show the call stack.
+/// The records of messages with this ID show the call stack.
 class CallStackText : public testing::Test {
  protected:
   CallStackText() {
@@ -33,7 +33,7 @@ class CallStackText : public testing::Test {
 
   void Log(const char* text = "text") const { mFile->LogMessage(text, *mHeader); }
   std::wstring Path(const std::string& name) const { return (mDirectory.Path() / name).wstring(); }
-  /// Without the head of the file.
+  /// The content of the file after its first line.
   std::string Content(const std::string& name = "a.log") const {
     const std::string content = Support::ReadFile(mDirectory.Path() / name);
     return content.substr(content.find('\n') + 1);
@@ -46,17 +46,17 @@ class CallStackText : public testing::Test {
   const SmartPtrI<YLog::Destination_DiskFile> mFile = YLog::GetDestination_DiskFile(Path("a.log").c_str());
 };
 
-TEST_F(CallStackText, StandsBehindTheMessageBetweenTwoLines) {
+TEST_F(CallStackText, FollowsTheMessageBetweenTwoSeparators) {
   Log("one\ntwo\n");
   EXPECT_THAT(Content(), StartsWith(LineOf("one\ntwo") + BEGINNING));
   EXPECT_THAT(Content(), EndsWith(END + "\n"));
 }
 
-TEST_F(CallStackText, HasAFrameALineBeginningWithTheCaller) {
+TEST_F(CallStackText, HasOneFramePerLineBeginningWithTheCaller) {
   mFile->LogMessage("text", *mHeader);
   const std::string content = Content();
   const std::string firstFrame = content.substr(content.find(BEGINNING) + BEGINNING.size());
-  // By its name, or by its place where nobody can read that.
+  // By its name, or by its place if the name cannot be read.
   EXPECT_THAT(firstFrame,
               AnyOf(StartsWith("(anonymous namespace)::CallStackText"), StartsWith("log_tests+0x")));
   EXPECT_THAT(content, Not(HasSubstr("\n\n")));
@@ -68,7 +68,7 @@ TEST_F(CallStackText, IsNotShownForOtherMessages) {
   EXPECT_EQ(LineOf("text\n"), Content());
 }
 
-TEST_F(CallStackText, IsNotShownForMessagesWithoutAnIdThoughTheyWereAskedFor) {
+TEST_F(CallStackText, IsNotShownForMessagesWithoutAnIdEvenIfIdZeroIsSet) {
   constexpr unsigned NONE = 0;
   mFile->SetCallstackMessageIDs(&NONE, 1);
   mHeader->SetMessageID(0);
@@ -76,26 +76,26 @@ TEST_F(CallStackText, IsNotShownForMessagesWithoutAnIdThoughTheyWereAskedFor) {
   EXPECT_EQ(LineOf("text\n"), Content());
 }
 
-TEST_F(CallStackText, IsNotShownAnyMoreOnceTheIdsWereTakenAway) {
+TEST_F(CallStackText, IsNoLongerShownOnceTheIdsAreCleared) {
   mFile->SetCallstackMessageIDs(nullptr, 0);
   Log();
   EXPECT_EQ(LineOf("text\n"), Content());
 }
 
-TEST_F(CallStackText, IsAllThatThereIsOfAMessageOfLineBreaks) {
+TEST_F(CallStackText, IsTheWholeRecordOfAMessageOfLineBreaks) {
   Log("\n\r\n");
   EXPECT_THAT(Content(), StartsWith(BEGINNING));
   EXPECT_THAT(Content(), EndsWith(END + "\n"));
 }
 
-TEST_F(CallStackText, IsShownForStructuredMessagesById) {
+TEST_F(CallStackText, IsShownForStructuredMessages) {
   const auto body = YLog::CreateMessageBody();
   body->SetMessage(YBase::Message("structured"));
   mFile->LogMessage(*mHeader, *body);
   EXPECT_THAT(Content(), StartsWith(LineOf("structured") + BEGINNING));
 }
 
-TEST_F(CallStackText, BelongsToOneDestination) {
+TEST_F(CallStackText, IsShownOnlyByTheDestinationWithTheIds) {
   const auto other = YLog::GetDestination_DiskFile(Path("b.log").c_str());
   other->LogMessage("text", *mHeader);
   EXPECT_EQ(LineOf("text\n"), Content("b.log"));
@@ -111,7 +111,7 @@ TEST_F(CallStackText, IsShownOnStandardError) {
   EXPECT_THAT(written, EndsWith(END + "\n"));
 }
 
-TEST_F(CallStackText, OfAKafkaLogIsThatOfItsDiskFile) {
+TEST_F(CallStackText, OfAKafkaLogFollowsTheIdsOfItsDiskFile) {
   const auto kafka = YLog::GetDestination_KafkaLog(Path("kafka.log").c_str());
   kafka->SetCallstackMessageIDs(&ID, 1);
   kafka->LogMessage("text", *mHeader);

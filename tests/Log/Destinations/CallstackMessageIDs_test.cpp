@@ -22,7 +22,7 @@ TEST(CallstackMessageIDs, AreThoseThatWereSet) {
   EXPECT_FALSE(ids.Contains(6));
 }
 
-TEST(CallstackMessageIDs, AreReplacedByTheNext) {
+TEST(CallstackMessageIDs, AreReplacedByTheNextOnesSet) {
   CallstackMessageIDs ids;
   ids.Set(SOME, std::size(SOME));
   ids.Set(SOME, 1);
@@ -32,19 +32,19 @@ TEST(CallstackMessageIDs, AreReplacedByTheNext) {
   EXPECT_FALSE(ids.Contains(300));
 }
 
-TEST(CallstackMessageIDs, NeverContainTheOneThatStandsForNone) {
+TEST(CallstackMessageIDs, NeverContainZero) {
   CallstackMessageIDs ids;
   constexpr unsigned NONE = 0;
   ids.Set(&NONE, 1);
   EXPECT_FALSE(ids.Contains(0));
 }
 
-TEST(CallstackMessageIDs, RefuseNullForOneThatIsCounted) {
+TEST(CallstackMessageIDs, RefuseNullWithANonzeroCount) {
   CallstackMessageIDs ids;
   EXPECT_DEBUG_DEATH(ids.Set(nullptr, 1), "ids != nullptr");
 }
 
-TEST(CallstackMessageIDs, MayBeSetWhileOthersAsk) {
+TEST(CallstackMessageIDs, MayBeSetWhileOthersReadThem) {
   CallstackMessageIDs ids;
   std::atomic<bool> stop{false};
   std::jthread asking([&] {

@@ -22,7 +22,8 @@
 
 namespace {
 
-/// Cancels the thread that opens or writes, and is itself where a cancellation would strike.
+/// Cancels the calling thread before it opens or writes, so the call that follows would be the cancellation
+/// point.
 class CancellingOperations final : public Support::FileOperationsWrapper {
  public:
   int Open(const char* path, int flags, mode_t mode) noexcept override {
@@ -68,12 +69,12 @@ TEST_F(CancelledWriter, FinishesItsRecordFirst) {
   EXPECT_TRUE(Support::IsFree(mDirectory.Path() / "a.log"));
 }
 
-TEST_F(CancelledWriter, ReleasesTheDestination) {
+TEST_F(CancelledWriter, FinishesTheReleaseOfTheDestinationFirst) {
   mDestination->LogMessage("text", *mHeader);
   EXPECT_TRUE(Support::FinishesBeforeItIsCancelled([this] { mDestination = nullptr; }));
 }
 
-TEST_F(CancelledWriter, Forks) {
+TEST_F(CancelledWriter, FinishesAForkFirst) {
   pid_t child = -1;
   EXPECT_TRUE(Support::FinishesBeforeItIsCancelled([&child] {
     child = fork();

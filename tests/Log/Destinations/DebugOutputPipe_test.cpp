@@ -33,7 +33,7 @@ using testing::AllOf;
 using testing::Each;
 using testing::SizeIs;
 
-/// A number that this process and its children see.
+/// A counter that this process shares with its children.
 class SharedCount {
  public:
   SharedCount()
@@ -63,8 +63,8 @@ void InterruptOften(std::atomic<int>& count) {
 
 class DebugOutputPipe : public testing::Test {
  protected:
-  /// What arrives of the output of a child that is interrupted often, and reads of which are so slow at first
-  /// that it is interrupted in its writes.
+  /// The output of a child that is interrupted often. The first reads are so slow that it is interrupted in
+  /// its writes.
   std::string ReadFromInterruptedChild(const std::function<int()>& work) {
     constexpr int SLOW_READS = 30;
     Pipe pipe;
@@ -104,7 +104,7 @@ TEST_F(DebugOutputPipe, LosesNoRecordToInterruptions) {
   EXPECT_THAT(Support::Lines(text), AllOf(SizeIs(600), Each(record)));
 }
 
-TEST_F(DebugOutputPipe, LosesNoRecordToInterruptionsWhereTheHostDoesNotWait) {
+TEST_F(DebugOutputPipe, LosesNoRecordToInterruptionsIfTheHostDoesNotBlock) {
   const std::string record(400, 'r');
   const std::string text = ReadFromInterruptedChild([&] {
     fcntl(STDERR_FILENO, F_SETFL, O_NONBLOCK);
@@ -114,7 +114,7 @@ TEST_F(DebugOutputPipe, LosesNoRecordToInterruptionsWhereTheHostDoesNotWait) {
   EXPECT_THAT(Support::Lines(text), AllOf(SizeIs(600), Each(record)));
 }
 
-TEST_F(DebugOutputPipe, LeavesAFailureOfTheHostsOwnToBeSeen) {
+TEST_F(DebugOutputPipe, DoesNotClearAFailureOfTheHost) {
   Pipe pipe;
   const Support::RedirectedStandardError redirected(pipe.Writer());
   const int closed = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
@@ -128,7 +128,7 @@ TEST_F(DebugOutputPipe, LeavesAFailureOfTheHostsOwnToBeSeen) {
   EXPECT_EQ(pipe.ReadPage(), "text\n");
 }
 
-TEST_F(DebugOutputPipe, WritesRecordsWholeOfWhichAnInterruptedCallTookAPart) {
+TEST_F(DebugOutputPipe, CompletesRecordsAfterAnInterruptedPartialWrite) {
   const std::string record(10'000, 'r');
   const std::string text = ReadFromInterruptedChild([&] {
     for (int i = 0; i < 60; ++i) Log(record);
@@ -137,7 +137,7 @@ TEST_F(DebugOutputPipe, WritesRecordsWholeOfWhichAnInterruptedCallTookAPart) {
   EXPECT_THAT(Support::Lines(text), AllOf(SizeIs(60), Each(record)));
 }
 
-TEST_F(DebugOutputPipe, LetsNothingOfTheHostsIntoARecord) {
+TEST_F(DebugOutputPipe, KeepsTheHostsOutputOutOfRecords) {
   const std::string record(10'000, 'r');
   const std::string text = ReadFromInterruptedChild([&] {
     std::atomic<bool> enough{false};
@@ -156,8 +156,8 @@ TEST_F(DebugOutputPipe, LetsNothingOfTheHostsIntoARecord) {
 
 class DebugOutputFile : public DebugOutputPipe {
  protected:
-  /// The lines that a child leaves in a file, which may not grow beyond a kilobyte until the child permits
-  /// it.
+  /// The lines that a child writes to a file, which may not grow beyond a kilobyte until the child lifts the
+  /// limit.
   std::vector<std::string> LinesOfLimitedChild(const std::function<void(const rlimit& permissive)>& work) {
     const Support::TemporaryDirectory directory;
     const std::string path = directory.Path() / "errors";
@@ -176,7 +176,7 @@ class DebugOutputFile : public DebugOutputPipe {
   }
 };
 
-TEST_F(DebugOutputFile, BeyondALimitOnTheSizeOfFilesEndsNoHost) {
+TEST_F(DebugOutputFile, ExceedingTheLimitOnFileSizesDoesNotEndTheHost) {
   const std::string record(300, 'r');
   const std::vector<std::string> lines = LinesOfLimitedChild([&](const rlimit&) {
     for (int i = 0; i < 5; ++i) Log(record);
@@ -186,7 +186,7 @@ TEST_F(DebugOutputFile, BeyondALimitOnTheSizeOfFilesEndsNoHost) {
   EXPECT_LT(lines.at(3).size(), record.size());
 }
 
-TEST_F(DebugOutputFile, PutsARecordOnALineOfItsOwnAfterOneThatWasCutOff) {
+TEST_F(DebugOutputFile, StartsANewLineAfterARecordThatWasCutOff) {
   const std::vector<std::string> lines = LinesOfLimitedChild([&](const rlimit& permissive) {
     Log(std::string(2'000, 'r'));
     Log("lost");

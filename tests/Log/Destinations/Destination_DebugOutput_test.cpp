@@ -34,7 +34,7 @@ class DebugOutput : public testing::Test {
   const YBase::SmartPtrI<YLog::MessageHeader> mHeader = YLog::CreateMessageHeader();
 };
 
-TEST_F(DebugOutput, WritesHeaderAndMessageWithALineFeedBehindThem) {
+TEST_F(DebugOutput, WritesHeaderAndMessageFollowedByALineFeed) {
   const std::string header = mHeader->ToString();
   EXPECT_EQ(CapturedFrom([&] { mOutput->LogMessage("one\r\ntwo", *mHeader); }), header + " one\ntwo\n");
 }
@@ -52,7 +52,7 @@ TEST_F(DebugOutput, AddsALineFeedToABareText) {
   EXPECT_EQ(CapturedFrom([&] { mOutput->LogMessage("bare"); }), "bare\n");
 }
 
-TEST_F(DebugOutput, WritesABareTextThatEndsInALineFeedAsItIs) {
+TEST_F(DebugOutput, WritesABareTextThatEndsInALineFeedUnchanged) {
   EXPECT_EQ(CapturedFrom([&] { mOutput->LogMessage("\nbare\n"); }), "\nbare\n");
 }
 
@@ -89,7 +89,7 @@ TEST_F(DebugOutput, FinishesTheRecordOfACancelledThread) {
   EXPECT_TRUE(finished);
 }
 
-TEST_F(DebugOutput, SurvivesAStandardErrorWhoseReaderIsGone) {
+TEST_F(DebugOutput, SurvivesAStandardErrorWithoutAReader) {
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
   close(ends[0]);

@@ -40,7 +40,7 @@ class DiskFile : public testing::Test {
  protected:
   DiskFile() { mHeader->SetLoggerName("L"); }
 
-  // Not by the path's own operation, which depends on the locale.
+  // Not by `path::wstring`, which depends on the locale.
   static std::wstring Wide(const fs::path& path) { return YBase::UTF8ToWideChar(path.c_str()); }
 
   YLog::Destination_DiskFile_Impl& Open(const fs::path& path) {
@@ -57,13 +57,13 @@ class DiskFile : public testing::Test {
   void Write(const std::string& suffix, const std::string& content) const {
     std::ofstream(Path(suffix), std::ios::binary) << content;
   }
-  /// From now on the file cannot be opened again, until `GiveBack`.
+  /// Prevents the file from being opened again, until `GiveBack`.
   void TakeAway() const {
     fs::remove(Path());
     fs::create_directory(Path());
   }
   void GiveBack() const { fs::remove(Path()); }
-  /// From now on writing fails, because the file is full and cannot be rotated, until `Repair`.
+  /// Makes writing fail until `Repair`, because the file is full and cannot be rotated.
   void Break() {
     fs::create_directory(Path(".part"));
     (*mDestination)->SetMaximumFileSize(1);
@@ -93,7 +93,7 @@ TEST_F(DiskFile, BeginsWithTheByteOrderMarkAndTheVersionLine) {
   EXPECT_EQ(Content(), HEAD + Record("one") + Record("two"));
 }
 
-TEST_F(DiskFile, GoesOnInAFileThatIsThereAlready) {
+TEST_F(DiskFile, AppendsToAnExistingFile) {
   Write("", HEAD + "old\n");
   Open();
   Log("new");
@@ -118,14 +118,14 @@ TEST_F(DiskFile, WritesHeaderAndBlankForAnEmptyMessage) {
   EXPECT_EQ(Content(), HEAD + Record(""));
 }
 
-TEST_F(DiskFile, WritesARecordOfAMegabyteWhole) {
+TEST_F(DiskFile, WritesTheWholeOfARecordOfAMegabyte) {
   Open();
   const std::string text(1'000'000, 'x');
   Log(text);
   EXPECT_EQ(Content(), HEAD + Record(text));
 }
 
-TEST_F(DiskFile, CreatesItsFileForOwnerAndGroupOnly) {
+TEST_F(DiskFile, CreatesItsFileReadableByOwnerAndGroupOnly) {
   const mode_t previous = umask(0);
   Open();
   umask(previous);
@@ -140,7 +140,7 @@ TEST_F(DiskFile, CreatesMissingFolders) {
   EXPECT_EQ(Support::ReadFile(mDirectory.Path() / "one" / "two" / "a.log"), HEAD + Record("x"));
 }
 
-TEST_F(DiskFile, TakesAFileNameThatIsNotASCII) {
+TEST_F(DiskFile, AcceptsAFileNameThatIsNotASCII) {
   const fs::path path = mDirectory.Path() / u8"Protokoll-\u00E4\u4E2D.log";
   EXPECT_EQ(Open(path).GetFilePath(), Wide(path));
   Log("x");
@@ -172,16 +172,16 @@ TEST_F(DiskFile, CapsItsLimits) {
   EXPECT_EQ(file.GetMaximumFileBackup(), 255U);
 }
 
-// Changing where it writes.
+// Changes of the path.
 
-TEST_F(DiskFile, DoesNothingWhenItsPathIsSetAgain) {
+TEST_F(DiskFile, DoesNothingWhenTheSamePathIsSetAgain) {
   YLog::Destination_DiskFile_Impl& file = Open();
   fs::remove(Path());
   file.SetFilePath(Path().wstring().c_str());
   EXPECT_FALSE(fs::exists(Path()));
 }
 
-TEST_F(DiskFile, GoesOnInAnotherFileWhenItsPathIsSet) {
+TEST_F(DiskFile, ContinuesInAnotherFileWhenItsPathIsSet) {
   YLog::Destination_DiskFile_Impl& file = Open();
   Log("one");
   file.SetFilePath(Path(".other").wstring().c_str());
@@ -213,7 +213,7 @@ TEST_F(DiskFile, CreatesADeletedFileAgainAtOnce) {
   EXPECT_EQ(Content(), HEAD + Record("two"));
 }
 
-TEST_F(DiskFile, LeavesAFileThatWasMovedAwayAndBeginsANewOne) {
+TEST_F(DiskFile, CreatesANewFileAfterItsFileWasMovedAway) {
   Open();
   Log("one");
   fs::rename(Path(), Path(".moved"));
@@ -222,7 +222,7 @@ TEST_F(DiskFile, LeavesAFileThatWasMovedAwayAndBeginsANewOne) {
   EXPECT_EQ(Content(), HEAD + Record("two"));
 }
 
-TEST_F(DiskFile, GoesOverToAFileThatTookItsPlace) {
+TEST_F(DiskFile, SwitchesToAFileThatReplacedItsOwn) {
   Open();
   Log("one");
   Write(".other", HEAD + "other\n");
@@ -246,7 +246,7 @@ TEST_F(DiskFile, DropsAndCountsFor300SecondsAfterAFailure) {
   EXPECT_THAT(Content(), EndsWith(Record("written")));
 }
 
-TEST_F(DiskFile, WritesAgainAfter300SecondsThoughTheWallClockIsSetBack) {
+TEST_F(DiskFile, WritesAgainAfter300SecondsEvenIfTheWallClockIsSetBack) {
   Open();
   Log("one");
   Break();
@@ -262,7 +262,7 @@ TEST_F(DiskFile, WritesAgainAfter300SecondsThoughTheWallClockIsSetBack) {
   EXPECT_THAT(Content(), EndsWith(Record("written")));
 }
 
-TEST_F(DiskFile, WritesAgainAtOnceWhereTheWallClockIsSetForward) {
+TEST_F(DiskFile, WritesAgainAtOnceIfTheWallClockIsSetForward) {
   Open();
   TakeAway();
   Log("failed");
@@ -272,7 +272,7 @@ TEST_F(DiskFile, WritesAgainAtOnceWhereTheWallClockIsSetForward) {
   EXPECT_THAT(Content(), EndsWith(Record("written")));
 }
 
-TEST_F(DiskFile, CreatesADeletedFileAgainAtOnceWhateverTheWallClockSays) {
+TEST_F(DiskFile, CreatesADeletedFileAgainAtOnceRegardlessOfTheWallClock) {
   mClock.Set(YDataType::Clock::Instant(seconds(100)));
   Open();
   Log("one");
@@ -299,7 +299,7 @@ TEST_F(DiskFile, KeepsTheReasonOfAFailureUntilItIsReported) {
   EXPECT_EQ(file.GetFilePath(), Wide(Path(".file") / "below"));
 }
 
-TEST_F(DiskFile, ReportsHowManyMessagesItMissedSinceWhenAndWhy) {
+TEST_F(DiskFile, ReportsTheNumberTheTimeAndTheReasonOfMissedMessages) {
   Open();
   Log("one");
   Break();
@@ -332,7 +332,7 @@ TEST_F(DiskFile, WritesTheMissedRecordAfterTheHeadOfAnEmptyFile) {
   EXPECT_THAT(Support::Lines(Content()).at(1), HasSubstr(" Missed 1 messages since "));
 }
 
-TEST_F(DiskFile, LeavesTheValuesOfTheMissedRecordInTheThreadsHeader) {
+TEST_F(DiskFile, LeavesTheFieldsOfTheMissedRecordInTheThreadsHeader) {
   Open();
   TakeAway();
   Log("lost");
@@ -346,7 +346,7 @@ TEST_F(DiskFile, LeavesTheValuesOfTheMissedRecordInTheThreadsHeader) {
   EXPECT_EQ(header.GetMessageID(), 0U);
 }
 
-TEST_F(DiskFile, GivesLaterDestinationsTheHeaderOfItsMissedRecord) {
+TEST_F(DiskFile, PassesTheHeaderOfItsMissedRecordToLaterDestinations) {
   Open();
   const YBase::SmartPtrI<Support::RecordingDestination> later(new Support::RecordingDestination);
   const auto dispatcher = YLog::CreateDispatcher("Info");
@@ -375,7 +375,7 @@ TEST_F(DiskFile, ReportsAPeriodOnce) {
   EXPECT_EQ(Content(), HEAD + Record("later"));
 }
 
-TEST_F(DiskFile, WaitsAnotherPeriodWhenTryingAgainFails) {
+TEST_F(DiskFile, WaitsAnotherPeriodWhenARetryFails) {
   Open();
   Log("one");
   Break();
@@ -395,7 +395,7 @@ TEST_F(DiskFile, WaitsAnotherPeriodWhenTryingAgainFails) {
               HasSubstr(" Missed 3 messages since " + start + " due to: YFileSystem::FileCopy::Find: "));
 }
 
-TEST_F(DiskFile, ARefusedMessageDoesNotProlongThePeriod) {
+TEST_F(DiskFile, DroppedMessagesDoNotProlongThePeriod) {
   Open();
   TakeAway();
   Log("failed");
@@ -409,7 +409,7 @@ TEST_F(DiskFile, ARefusedMessageDoesNotProlongThePeriod) {
   EXPECT_THAT(Content(), HasSubstr(" Missed 6 messages since "));
 }
 
-TEST_F(DiskFile, NamesNoTimeOrReasonWhereOnlyReopeningFailed) {
+TEST_F(DiskFile, ReportsNoTimeAndNoReasonIfOnlyReopeningFailed) {
   Open();
   TakeAway();
   Log("lost");
@@ -419,7 +419,7 @@ TEST_F(DiskFile, NamesNoTimeOrReasonWhereOnlyReopeningFailed) {
   EXPECT_THAT(Content(), HasSubstr(" Missed 1 messages since 1970-01-01 00:00:00.000 due to: \n"));
 }
 
-TEST_F(DiskFile, CountsAMessageWhoseFolderIsGone) {
+TEST_F(DiskFile, CountsAMessageIfTheFolderIsGone) {
   const fs::path folder = mDirectory.Path() / "folder";
   Open(folder / "a.log");
   fs::remove_all(folder);
@@ -431,7 +431,7 @@ TEST_F(DiskFile, CountsAMessageWhoseFolderIsGone) {
   EXPECT_THAT(Support::ReadFile(folder / "a.log"), HasSubstr(" Missed 1 messages since "));
 }
 
-TEST_F(DiskFile, RefusesAPipeInItsPlaceWithoutBlocking) {
+TEST_F(DiskFile, RefusesAPipeInPlaceOfItsFileWithoutBlocking) {
   ASSERT_EQ(mkfifo(Path().c_str(), 0600), 0);
   Open();
   Log("lost");
@@ -441,7 +441,7 @@ TEST_F(DiskFile, RefusesAPipeInItsPlaceWithoutBlocking) {
   EXPECT_THAT(Content(), HasSubstr(" Missed 1 messages since "));
 }
 
-TEST_F(DiskFile, CountsARaceConditionWhenItsLimitIsZero) {
+TEST_F(DiskFile, ReportsARaceConditionWhenItsLimitIsZero) {
   YLog::Destination_DiskFile_Impl& file = Open();
   file.SetMaximumFileSize(0);
   Log("lost");

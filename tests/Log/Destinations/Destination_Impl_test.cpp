@@ -36,21 +36,21 @@ class DestinationLanguage : public testing::Test {
   const SmartPtrI<YLog::MessageBody> mBody = YLog::CreateMessageBody();
 };
 
-TEST_F(DestinationLanguage, IsTheNeutralOneUntilItIsSet) {
+TEST_F(DestinationLanguage, IsNeutralUntilItIsSet) {
   const auto file = YLog::GetDestination_DiskFile(Path().c_str());
   EXPECT_EQ(NEUTRAL, file->GetLanguageID());
   file->LogMessage(*mHeader, *mBody);
   EXPECT_THAT(Content(), EndsWith(mHeader->ToString() + std::string(" disk full\n")));
 }
 
-TEST_F(DestinationLanguage, DecidesTheTextInADiskFile) {
+TEST_F(DestinationLanguage, SelectsTheTextInADiskFile) {
   const auto file = YLog::GetDestination_DiskFile(Path().c_str());
   file->SetLanguageID(GERMAN);
   file->LogMessage(*mHeader, *mBody);
   EXPECT_THAT(Content(), EndsWith(mHeader->ToString() + std::string(" Platte voll\n")));
 }
 
-TEST_F(DestinationLanguage, DecidesTheTextOnStandardError) {
+TEST_F(DestinationLanguage, SelectsTheTextOnStandardError) {
   const auto output = YLog::GetDestination_DebugOutput();
   output->SetLanguageID(GERMAN);
   testing::internal::CaptureStderr();
@@ -58,7 +58,7 @@ TEST_F(DestinationLanguage, DecidesTheTextOnStandardError) {
   EXPECT_EQ(mHeader->ToString() + std::string(" Platte voll\n"), testing::internal::GetCapturedStderr());
 }
 
-TEST_F(DestinationLanguage, OfAKafkaLogDecidesWhateverThatOfItsDiskFileIs) {
+TEST_F(DestinationLanguage, OfAKafkaLogAppliesRegardlessOfThatOfItsDiskFile) {
   const auto kafka = YLog::GetDestination_KafkaLog(Path().c_str());
   kafka->SetLanguageID(GERMAN);
   kafka->LogMessage(*mHeader, *mBody);
@@ -66,7 +66,7 @@ TEST_F(DestinationLanguage, OfAKafkaLogDecidesWhateverThatOfItsDiskFileIs) {
   EXPECT_THAT(Content(), EndsWith(" Platte voll\n"));
 }
 
-TEST_F(DestinationLanguage, LowerMessagesStandOnLinesOfTheirOwn) {
+TEST_F(DestinationLanguage, LowerMessagesAreOnSeparateLines) {
   YBase::Message order("order failed");
   YBase::Message disk("disk full");
   disk.AddLowerLevelMessage(YBase::Message("quota reached"));

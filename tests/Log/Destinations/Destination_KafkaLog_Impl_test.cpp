@@ -33,7 +33,7 @@ std::wstring Topic() {
   return Destination_KafkaLog_Impl::sDiagTopic;
 }
 
-TEST(KafkaTopic, IsNotReadyAtFirst) {
+TEST(KafkaTopic, IsNotReadyInitially) {
   EXPECT_FALSE(Destination_KafkaLog_Impl::IsDiagTopicReady());
   EXPECT_EQ(Topic(), L"");
 }
@@ -55,7 +55,7 @@ TEST(KafkaTopic, IsNotComposedWithoutBothNames) {
   EXPECT_EQ(Topic(), L"");
 }
 
-TEST(KafkaTopic, IsOneOfThoseThatThreadsComposeAtOnce) {
+TEST(KafkaTopic, IsTheTopicOfOneOfTheThreadsThatComposeAtOnce) {
   std::atomic<int> ready{0};
   {
     std::vector<std::jthread> threads;
@@ -70,7 +70,7 @@ TEST(KafkaTopic, IsOneOfThoseThatThreadsComposeAtOnce) {
   EXPECT_THAT(Topic(), testing::AnyOf(L".one.one", L".two.two", L".three.three", L".four.four"));
 }
 
-TEST(KafkaTopic, IsComposedWhenTheServerInstanceGetsAName) {
+TEST(KafkaTopic, IsComposedWhenTheServerInstanceNameIsSet) {
   const YLog::Initializer initializer;
   YLog::SetServerInstanceName(nullptr);
   YLog::SetServerInstanceName(L"");
@@ -81,7 +81,7 @@ TEST(KafkaTopic, IsComposedWhenTheServerInstanceGetsAName) {
   EXPECT_EQ(Topic(), L"." + YBase::GetComputerName() + L".Inst1");
 }
 
-TEST(KafkaRegistry, KeepsNothing) {
+TEST(KafkaRegistry, StoresNothing) {
   Destination_KafkaLog_Impl::UpdateLogRegistryStr(L"entry");
   EXPECT_EQ(Destination_KafkaLog_Impl::sLogRegistryEntryStr, L"");
   EXPECT_EQ(Destination_KafkaLog_Impl::GetRegistryTopicString(), nullptr);
@@ -100,7 +100,7 @@ class KafkaLogImpl : public testing::Test {
   const YBase::SmartPtrI<YLog::MessageHeader> mHeader = YLog::CreateMessageHeader();
 };
 
-TEST_F(KafkaLogImpl, TellsOfAProducerStatusThatChanged) {
+TEST_F(KafkaLogImpl, ReportsAChangeOfTheProducerStatus) {
   const auto log = Create();
   EXPECT_FALSE(log->UpdateProducerStatus(0));
   EXPECT_TRUE(log->UpdateProducerStatus(3));
@@ -108,7 +108,7 @@ TEST_F(KafkaLogImpl, TellsOfAProducerStatusThatChanged) {
   EXPECT_TRUE(log->UpdateProducerStatus(-1));
 }
 
-TEST_F(KafkaLogImpl, TellsOneOfTheThreadsThatReportTheSameStatus) {
+TEST_F(KafkaLogImpl, ReportsAChangeToOnlyOneOfTheThreadsThatSetTheSameStatus) {
   constexpr int THREADS = 4;
   constexpr int STATUSES = 200;
   const auto log = Create();
@@ -126,35 +126,35 @@ TEST_F(KafkaLogImpl, TellsOneOfTheThreadsThatReportTheSameStatus) {
   EXPECT_EQ(changes, STATUSES);
 }
 
-TEST_F(KafkaLogImpl, NeverFindsItTimeToTryTheServer) {
+TEST_F(KafkaLogImpl, NeverTriesTheServer) {
   const auto log = Create();
   EXPECT_FALSE(log->IsTimeToTryServer());
   log->LogMessage("text", *mHeader);
   EXPECT_FALSE(log->IsTimeToTryServer());
 }
 
-std::vector<std::wstring> gsAskedFor;
+std::vector<std::wstring> gsQueried;
 
-TEST_F(KafkaLogImpl, AsksForItsFeatureWithEveryRecord) {
+TEST_F(KafkaLogImpl, QueriesItsFeatureForEachRecord) {
   const auto log = Create([](const wchar_t* name) {
-    gsAskedFor.emplace_back(name);
-    return gsAskedFor.size() == 1;
+    gsQueried.emplace_back(name);
+    return gsQueried.size() == 1;
   });
-  EXPECT_THAT(gsAskedFor, IsEmpty());
+  EXPECT_THAT(gsQueried, IsEmpty());
   log->LogMessage("first", *mHeader);
   log->LogMessage("second", *mHeader);
-  EXPECT_THAT(gsAskedFor, ElementsAre(L"KS/SLMS", L"KS/SLMS"));
+  EXPECT_THAT(gsQueried, ElementsAre(L"KS/SLMS", L"KS/SLMS"));
   EXPECT_THAT(Content(), EndsWith(" first\n" + std::string(mHeader->ToString()) + " second\n"));
 }
 
-TEST_F(KafkaLogImpl, WritesARecordForWhichTheFeatureCannotBeHad) {
+TEST_F(KafkaLogImpl, WritesARecordEvenIfTheFeatureCannotBeQueried) {
   const auto log = Create(
-      [](const wchar_t*) -> bool { throw YBase::ExceptionImpl<YBase::Message>("no flags to be had"); });
+      [](const wchar_t*) -> bool { throw YBase::ExceptionImpl<YBase::Message>("no flags available"); });
   log->LogMessage("text", *mHeader);
   EXPECT_THAT(Content(), EndsWith(" text\n"));
 }
 
-TEST_F(KafkaLogImpl, LetsOtherFailuresOut) {
+TEST_F(KafkaLogImpl, PropagatesOtherFailures) {
   const auto log = Create([](const wchar_t*) -> bool { throw std::runtime_error("of another kind"); });
   EXPECT_THROW(log->LogMessage("text", *mHeader), std::runtime_error);
   EXPECT_EQ(Content(), "");

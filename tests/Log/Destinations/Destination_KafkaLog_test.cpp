@@ -30,7 +30,7 @@ class KafkaLog : public testing::Test {
   const SmartPtrI<YLog::MessageHeader> mHeader = YLog::CreateMessageHeader();
 };
 
-TEST_F(KafkaLog, WritesTheBytesThatItsDiskFileWouldWrite) {
+TEST_F(KafkaLog, WritesTheSameBytesAsADiskFile) {
   const auto file = YLog::GetDestination_DiskFile(Path(L"file.log").c_str());
   for (const bool enabled : {true, false}) {
     YBase::SetFeatureEnabled(L"KS/SLMS", enabled);
@@ -47,7 +47,7 @@ TEST_F(KafkaLog, SharesTheDiskFileOfItsPath) {
   EXPECT_EQ(Get()->GetBackupDiskFileDestination(), YLog::GetDestination_DiskFile(Path(L"kafka.log").c_str()));
 }
 
-TEST_F(KafkaLog, KeepsToTheLimitOfItsDiskFile) {
+TEST_F(KafkaLog, ObservesTheLimitOfItsDiskFile) {
   const auto log = Get();
   log->GetBackupDiskFileDestination()->SetMaximumFileSize(1);
   log->LogMessage("first", *mHeader);
@@ -65,13 +65,13 @@ TEST_F(KafkaLog, IsReachedThroughARouter) {
   EXPECT_THAT(Content("kafka.log"), EndsWith("[Kernel][Info][UID:0][SID:0][OID:0] text\n"));
 }
 
-TEST_F(KafkaLog, IsOneForEachName) {
+TEST_F(KafkaLog, IsTheSameObjectForTheSameName) {
   EXPECT_EQ(Get(), Get());
   EXPECT_EQ(Get(L"./sub/../kafka.log"), Get());
   EXPECT_NE(Get(L"other.log"), Get());
 }
 
-TEST_F(KafkaLog, IsNoneForANameThatIsNull) {
+TEST_F(KafkaLog, IsNullForANullName) {
   EXPECT_EQ(YLog::GetDestination_KafkaLog(nullptr), nullptr);
 }
 
@@ -81,13 +81,13 @@ TEST_F(KafkaLog, HasItsOwnLanguage) {
   EXPECT_EQ(Get()->GetBackupDiskFileDestination()->GetLanguageID(), 0);
 }
 
-TEST_F(KafkaLog, ThrowsForANameThatTheSystemCannotTakeAndSaysNothing) {
+TEST_F(KafkaLog, ThrowsForAnInvalidNameAndWritesNothingToStandardError) {
   testing::internal::CaptureStderr();
   EXPECT_THROW(Get(std::wstring(PATH_MAX, L'x')), YBase::ExceptionImpl<YBase::Message>);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(KafkaLog, TakesRegistryEntriesOfAnyKind) {
+TEST_F(KafkaLog, AcceptsAnyRegistryEntry) {
   EXPECT_NO_THROW(YLog::UpdateLogRegistryStr(L"entry"));
   EXPECT_NO_THROW(YLog::UpdateLogRegistryStr(nullptr));
 }

@@ -56,7 +56,7 @@ TEST_F(SystemLogCalls, BeginWithTheFirstRecord) {
                                    "syslog(14, %s, text) as Vellatorquine Application"));
 }
 
-TEST_F(SystemLogCalls, CarryTheCallStackOfMessagesThatShowItAndNoLineFeedBehindIt) {
+TEST_F(SystemLogCalls, ContainTheCallStackWithoutALineFeedAtTheEnd) {
   constexpr unsigned ID = 300;
   mLog->SetCallstackMessageIDs(&ID, 1);
   const SmartPtrI<YLog::MessageHeader> header = YLog::CreateMessageHeader();
@@ -106,7 +106,7 @@ TEST_F(SystemLogCalls, KeepACopyOfTheName) {
   EXPECT_EQ(Calls().back(), "syslog(14, %s, text) as " + std::string(100, 'n'));
 }
 
-TEST_F(SystemLogCalls, TakeTheEmptyNameForNoneAtFirst) {
+TEST_F(SystemLogCalls, IgnoreAnEmptyFirstName) {
   mLog->SetApplicationName("");
   EXPECT_THAT(Calls(), IsEmpty());
   Log();
@@ -149,7 +149,7 @@ TEST_F(SystemLogCalls, HaveThePriorityOfTheSeverity) {
   }
 }
 
-TEST_F(SystemLogCalls, PassTheLinesOfARecordTogetherWithoutALineFeedBehind) {
+TEST_F(SystemLogCalls, PassTheLinesOfARecordTogetherWithoutALineFeedAtTheEnd) {
   const YLog::Initializer initializer;
   const SmartPtrI<YLog::MessageHeader> header = YLog::CreateMessageHeader();
   mLog->LogMessage("\n100%s\r\n\r\n%n\n", *header);
@@ -157,14 +157,14 @@ TEST_F(SystemLogCalls, PassTheLinesOfARecordTogetherWithoutALineFeedBehind) {
             "syslog(14, %s, " + std::string(header->ToString()) + " 100%s\n%n) as Vellatorquine Application");
 }
 
-TEST_F(SystemLogCalls, EndWhenTheDestinationGoes) {
+TEST_F(SystemLogCalls, EndWhenTheDestinationIsDestroyed) {
   mLog->SetApplicationName("orders");
   mLog = nullptr;
   EXPECT_THAT(Calls(), ElementsAre("openlog(orders, 2, 8)", "closelog()"));
 }
 
 TEST_F(SystemLogCalls, AreFinishedByACancelledThread) {
-  // As those of the C library, each of these is a place where a cancellation takes effect.
+  // Like those of the C library, each of these calls is a cancellation point.
   mCalls.OnCall([](const std::string&) { pthread_testcancel(); });
   EXPECT_TRUE(Support::FinishesBeforeItIsCancelled([this] {
     Log();
@@ -176,17 +176,17 @@ TEST_F(SystemLogCalls, AreFinishedByACancelledThread) {
                                    "closelog()", "openlog(orders, 2, 8)", "closelog()"));
 }
 
-TEST_F(SystemLogCalls, EndWhenTheModuleStopsAndLeaveTheConnectionOfTheNextOneAlone) {
-  SmartPtrI<Destination_SystemLog> former;
+TEST_F(SystemLogCalls, EndWhenTheModuleStopsAndDoNotCloseTheConnectionOfTheNextModule) {
+  SmartPtrI<Destination_SystemLog> previous;
   {
     const YLog::Initializer initializer;
-    former = YLog::GetDestination_SystemLog();
-    former->SetApplicationName("orders");
+    previous = YLog::GetDestination_SystemLog();
+    previous->SetApplicationName("orders");
   }
   EXPECT_THAT(Calls(), ElementsAre("openlog(orders, 2, 8)", "closelog()"));
   const YLog::Initializer initializer;
   YLog::GetDestination_SystemLog()->SetApplicationName("invoices");
-  former = nullptr;
+  previous = nullptr;
   EXPECT_EQ(Calls().back(), "openlog(invoices, 2, 8)");
 }
 
@@ -197,12 +197,12 @@ TEST_F(SystemLogCalls, RegisterTheSameNameAgainAfterTheEnd) {
   EXPECT_THAT(Calls(), ElementsAre("openlog(orders, 2, 8)", "closelog()", "openlog(orders, 2, 8)"));
 }
 
-TEST_F(SystemLogCalls, AreNoneForADestinationThatWasNotUsed) {
+TEST_F(SystemLogCalls, AreNotMadeForAnUnusedDestination) {
   mLog = nullptr;
   EXPECT_THAT(Calls(), IsEmpty());
 }
 
-TEST_F(SystemLogCalls, AreNoneForNull) {
+TEST_F(SystemLogCalls, AreNotMadeForNull) {
   EXPECT_DEBUG_DEATH(mLog->SetApplicationName(nullptr), "name != nullptr");
   EXPECT_DEBUG_DEATH(LogWithSeverity(nullptr, 0), "text != nullptr");
   EXPECT_THAT(Calls(), IsEmpty());
@@ -227,7 +227,7 @@ TEST_F(SystemLogCalls, RegisterOnceForThreadsThatLogAtOnce) {
   EXPECT_EQ(calls.size(), THREADS + 1U);
 }
 
-/// Holds a thread inside a call that begins with a text until it is released.
+/// Holds a thread inside a call whose description begins with `begin` until it is released.
 class Barrier {
  public:
   Barrier(Support::SystemLogCalls& calls, const std::string& begin) : mCalls(calls) {
@@ -258,7 +258,7 @@ class Barrier {
   std::atomic<bool> mbLeft{false};
 };
 
-TEST_F(SystemLogCalls, KeepANameThatIsSetWhileTheFirstRecordComes) {
+TEST_F(SystemLogCalls, KeepANameThatIsSetDuringTheFirstRecord) {
   Barrier registration(mCalls, "openlog");
   {
     const std::jthread naming([this] { mLog->SetApplicationName("orders"); });
@@ -284,7 +284,7 @@ TEST_F(SystemLogCalls, SendNoRecordBetweenTwoNames) {
                                    "syslog(14, %s, text) as invoices"));
 }
 
-TEST_F(SystemLogCalls, GoOnSideBySide) {
+TEST_F(SystemLogCalls, RunConcurrently) {
   mLog->SetApplicationName("orders");
   Barrier sending(mCalls, "syslog(14, %s, first)");
   const std::jthread first([this] { Log("first"); });
@@ -295,7 +295,7 @@ TEST_F(SystemLogCalls, GoOnSideBySide) {
   sending.Release();
 }
 
-TEST_F(SystemLogCalls, AreLeftByEveryThreadBeforeAFork) {
+TEST_F(SystemLogCalls, AreFinishedByAllThreadsBeforeAFork) {
   mLog->SetApplicationName("orders");
   Barrier sending(mCalls, "syslog");
   int status = -1;

@@ -35,19 +35,19 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int RECORDS = 14;
-// Written after a kill, enough for a rotation.
+// The records written after a kill, enough for a rotation.
 constexpr int FIRST_AFTERWARDS = 2000;
 constexpr int LAST_AFTERWARDS = 2006;
 
-/// What a process that is killed leaves behind, in memory that outlives it.
+/// What is known of a killed process, in memory that outlives it.
 struct Trace {
   int acknowledged = 0;
   // Between completing a copy and emptying the log, a kill may double records if the log is moved as well.
   bool isInTheWindow = false;
 };
 
-/// Records are numbered, and are sought in every file of a folder: the log, its backups, and what was moved
-/// away.
+/// Logs numbered records, and looks for them in every file of a folder: the log, its backups, and files that
+/// were moved away.
 class DiskFileEachCall : public testing::Test {
  protected:
   using FilePtr = YBase::SmartPtrI<YLog::Destination_DiskFile_Impl>;
@@ -55,7 +55,7 @@ class DiskFileEachCall : public testing::Test {
   FilePtr Open(const fs::path& path) const {
     const auto file =
         Support::New<YLog::Destination_DiskFile_Impl>(YBase::UTF8ToWideChar(path.c_str()).c_str());
-    // A rotation after every other record or so.
+    // Rotates after about every other record.
     file->SetMaximumFileSize(300);
     file->SetMaximumFileBackup(256);
     return file;
@@ -64,11 +64,11 @@ class DiskFileEachCall : public testing::Test {
     file->LogMessage(("record " + std::to_string(number) + " end").c_str(), *mHeader);
   }
 
-  /// How often each numbered record is in the files of the folder; one that is torn has the number -1.
+  /// How often each numbered record is in the files of the folder; torn records are counted under -1.
   static std::map<int, int> CountRecords(const fs::path& folder) {
     std::map<int, int> counts;
     for (const auto& entry : fs::directory_iterator(folder)) {
-      // A link is another name of a file that is counted already.
+      // A link leads to a file that is counted anyway.
       if (entry.is_symlink()) continue;
       for (const std::string& line : Support::Lines(Support::ReadFile(entry.path()))) {
         int number = -1;
@@ -86,7 +86,7 @@ class DiskFileEachCall : public testing::Test {
   const YBase::SmartPtrI<YLog::MessageHeader> mHeader = YLog::CreateMessageHeader();
 };
 
-// Killed.
+// Processes that are killed.
 
 enum class Operator { IDLE, MOVES_THE_LOG, APPENDS_A_LINE, WRITES_THROUGH_A_LINK };
 
@@ -97,7 +97,7 @@ class KilledAtEachFileCall : public DiskFileEachCall, public testing::WithParamI
                     Trace) {}
   ~KilledAtEachFileCall() override { munmap(mpTrace, sizeof(Trace)); }
 
-  /// Logs in a process that is killed before its call number `victim`; false where there is no such call.
+  /// Logs in a process that is killed before call number `victim`; false if there is no such call.
   bool LogUntilKilled(const fs::path& path, int victim) {
     *mpTrace = {};
     Support::ChildProcess child([&] {
@@ -138,10 +138,12 @@ class KilledAtEachFileCall : public DiskFileEachCall, public testing::WithParamI
       EXPECT_LE(counts[number], mayDouble ? 2 : 1)
           << "record " << number << ", killed before call " << victim;
     }
-    EXPECT_LE(counts[mpTrace->acknowledged], mayDouble ? 2 : 1) << "the one under way, call " << victim;
+    EXPECT_LE(counts[mpTrace->acknowledged], mayDouble ? 2 : 1)
+        << "the unacknowledged record, killed before call " << victim;
     EXPECT_EQ(counts[-1], 0) << "killed before call " << victim;
     for (int number = FIRST_AFTERWARDS; number < LAST_AFTERWARDS; ++number)
-      EXPECT_EQ(counts[number], 1) << "after call " << victim;
+      EXPECT_EQ(counts[number], 1) << "record " << number << ", written after the kill before call "
+                                   << victim;
     if (mayDouble) ++mMayHaveDoubled;
   }
 
@@ -149,7 +151,7 @@ class KilledAtEachFileCall : public DiskFileEachCall, public testing::WithParamI
   int mMayHaveDoubled = 0;
 };
 
-TEST_P(KilledAtEachFileCall, LosesNothingAndDoublesNothingButWhereTheLogIsMovedBeforeItIsEmptied) {
+TEST_P(KilledAtEachFileCall, LosesNothingAndDoublesNothingUnlessTheLogIsMovedBeforeItIsEmptied) {
   int victim = 0;
   for (bool wasKilled = true; wasKilled; ++victim) {
     const Support::TemporaryDirectory directory;
@@ -161,7 +163,7 @@ TEST_P(KilledAtEachFileCall, LosesNothingAndDoublesNothingButWhereTheLogIsMovedB
     ExpectEachAcknowledgedRecordOnce(directory.Path(), victim);
     EXPECT_FALSE(fs::exists(path.string() + ".part")) << "killed before call " << victim;
   }
-  EXPECT_GT(victim, 100) << "there were too few calls to be killed at";
+  EXPECT_GT(victim, 100) << "there were too few calls";
   EXPECT_EQ(mMayHaveDoubled > 0, GetParam() == Operator::MOVES_THE_LOG);
 }
 
@@ -184,7 +186,7 @@ INSTANTIATE_TEST_SUITE_P(DiskFile, KilledAtEachFileCall,
                                          Operator::WRITES_THROUGH_A_LINK),
                          NameOfOperator);
 
-// Failing.
+// Calls that fail.
 
 struct Errors {
   int mNumber;
@@ -193,7 +195,7 @@ struct Errors {
 
 class FailingAtEachFileCall : public DiskFileEachCall, public testing::WithParamInterface<Errors> {
  protected:
-  /// Logs with an error at call number `first` and those after it; false where there is no such call.
+  /// Logs with errors from call number `first` on; false if there is no such call.
   bool LogWithErrors(const FilePtr& file, int first) const {
     int calls = 0;
     const Support::FileCallHook hook([&](std::string_view) {
@@ -204,7 +206,7 @@ class FailingAtEachFileCall : public DiskFileEachCall, public testing::WithParam
     return calls > first;
   }
 
-  /// The sum of what the Missed records of all files say.
+  /// The sum of the numbers in the Missed records of all files.
   static int CountMissed(const fs::path& folder) {
     int sum = 0;
     for (const auto& entry : fs::directory_iterator(folder)) {
@@ -219,7 +221,7 @@ class FailingAtEachFileCall : public DiskFileEachCall, public testing::WithParam
   Support::FakeClock mClock{std::chrono::sys_days(std::chrono::year(2024) / 3 / 5)};
 };
 
-TEST_P(FailingAtEachFileCall, WritesOrCountsEachRecordJustOnce) {
+TEST_P(FailingAtEachFileCall, WritesOrCountsEachRecordExactlyOnce) {
   int first = 0;
   for (bool hasFailed = true; hasFailed; ++first) {
     const Support::TemporaryDirectory directory;
@@ -233,9 +235,9 @@ TEST_P(FailingAtEachFileCall, WritesOrCountsEachRecordJustOnce) {
     EXPECT_EQ(counts.count(-1), 0U) << "error at call " << first;
     EXPECT_EQ(static_cast<int>(counts.size()) + CountMissed(directory.Path()), RECORDS + 4)
         << "error at call " << first;
-    EXPECT_EQ(counts.count(RECORDS + 3), 1U) << "the file works again, error at call " << first;
+    EXPECT_EQ(counts.count(RECORDS + 3), 1U) << "the last record is missing, error at call " << first;
   }
-  EXPECT_GT(first, 10) << "there were too few calls to fail";
+  EXPECT_GT(first, 10) << "there were too few calls";
 }
 
 constexpr int LASTING = 1'000'000;

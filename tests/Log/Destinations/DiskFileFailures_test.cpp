@@ -33,7 +33,7 @@ using testing::StartsWith;
 
 const std::string HEAD = "\xEF\xBB\xBF# Vellatorquine Log version 2.0\n";
 
-/// The file system itself refuses: full, read-only, not permitted, beyond the process's limit.
+/// Failures of the file system: a full disk, a read-only one, missing permission, the file size limit.
 class DiskFileFailures : public testing::Test {
  protected:
   YLog::Destination_DiskFile_Impl& Open() {
@@ -60,7 +60,7 @@ class DiskFileFailures : public testing::Test {
 
 class DiskFileOnSmallFileSystem : public DiskFileFailures {};
 
-TEST_F(DiskFileOnSmallFileSystem, AFullDiskLeavesWholeRecordsAndAnExactCount) {
+TEST_F(DiskFileOnSmallFileSystem, FullDiskLeavesWholeRecordsAndAnExactCount) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 65536, [this] {
     std::ofstream(Path(".ballast")) << std::string(16384, 'x');
     Open();
@@ -70,8 +70,8 @@ TEST_F(DiskFileOnSmallFileSystem, AFullDiskLeavesWholeRecordsAndAnExactCount) {
 
     const std::string full = Content();
     const std::size_t written = (full.size() - HEAD.size()) / Record(text).size();
-    ASSERT_LT(written, RECORDS) << "the disk was not full";
-    EXPECT_EQ(full.size(), HEAD.size() + written * Record(text).size()) << "a part of a record stayed";
+    ASSERT_LT(written, RECORDS) << "the disk did not become full";
+    EXPECT_EQ(full.size(), HEAD.size() + written * Record(text).size()) << "part of a record remained";
 
     fs::remove(Path(".ballast"));
     LogAfterRetryPeriod("written");
@@ -82,7 +82,7 @@ TEST_F(DiskFileOnSmallFileSystem, AFullDiskLeavesWholeRecordsAndAnExactCount) {
   });
 }
 
-TEST_F(DiskFileOnSmallFileSystem, ACopyThatDoesNotFitLeavesTheFileUntouchedAndNamesTheBackup) {
+TEST_F(DiskFileOnSmallFileSystem, CopyThatDoesNotFitLeavesTheFileUnchangedAndTheReportNamesTheBackup) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 102400, [this] {
     Open().SetMaximumFileSize(60000);
     Log(std::string(60000, 'x'));
@@ -101,7 +101,7 @@ TEST_F(DiskFileOnSmallFileSystem, ACopyThatDoesNotFitLeavesTheFileUntouchedAndNa
   });
 }
 
-TEST_F(DiskFileOnSmallFileSystem, TheOldestBackupGivesTheCopyItsSpaceOnAFullDisk) {
+TEST_F(DiskFileOnSmallFileSystem, OldestBackupIsDeletedToMakeSpaceForTheCopy) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 102400, [this] {
     Open().SetMaximumFileSize(40000);
     for (const char letter : {'a', 'b', 'c'}) Log(std::string(40000, letter));
@@ -110,12 +110,12 @@ TEST_F(DiskFileOnSmallFileSystem, TheOldestBackupGivesTheCopyItsSpaceOnAFullDisk
   });
 }
 
-TEST_F(DiskFileOnSmallFileSystem, ADiskThatStaysFullIsTriedAgainEvery300Seconds) {
+TEST_F(DiskFileOnSmallFileSystem, DiskThatStaysFullIsRetriedEvery300Seconds) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 16384, [this] {
     std::ofstream(Path(".ballast")) << std::string(12000, 'x');
     Open();
     for (int message = 0; message < 3; ++message) Log(std::string(20000, 'x'));
-    // The report itself still fits, the message that brought it does not.
+    // The report still fits, the message after it does not.
     LogAfterRetryPeriod(std::string(20000, 'x'));
     EXPECT_THAT(Content(), HasSubstr(" Missed 3 messages since "));
     Log("dropped");
@@ -126,7 +126,7 @@ TEST_F(DiskFileOnSmallFileSystem, ADiskThatStaysFullIsTriedAgainEvery300Seconds)
   });
 }
 
-TEST_F(DiskFileOnSmallFileSystem, AReadOnlyFileSystemIsCountedUntilItCanBeWritten) {
+TEST_F(DiskFileOnSmallFileSystem, MessagesAreCountedWhileTheFileSystemIsReadOnly) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 65536, [this] {
     ASSERT_EQ(mount("none", mDirectory.Path().c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
     Open();
@@ -139,9 +139,9 @@ TEST_F(DiskFileOnSmallFileSystem, AReadOnlyFileSystemIsCountedUntilItCanBeWritte
   });
 }
 
-TEST_F(DiskFileFailures, AFolderThatMayNotBeWrittenIsCountedUntilItMay) {
+TEST_F(DiskFileFailures, MessagesAreCountedWhileTheFolderIsNotWritable) {
   constexpr unsigned NOBODY = 65534;
-  // Root may write anywhere, so the child gives root up.
+  // Root may write anywhere, so the child gives up its privileges.
   Support::ChildProcess child([this] {
     if (getuid() == 0) {
       EXPECT_EQ(chown(mDirectory.Path().c_str(), NOBODY, NOBODY), 0);
@@ -161,7 +161,7 @@ TEST_F(DiskFileFailures, AFolderThatMayNotBeWrittenIsCountedUntilItMay) {
   EXPECT_EQ(child.Wait(), 0);
 }
 
-TEST_F(DiskFileFailures, TheProcessesFileSizeLimitIsAFailureAndNoSignal) {
+TEST_F(DiskFileFailures, FileSizeLimitOfTheProcessIsAFailureAndNotASignal) {
   Support::ChildProcess child([this] {
     const rlimit limit{.rlim_cur = 4096, .rlim_max = RLIM_INFINITY};
     EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
@@ -169,7 +169,7 @@ TEST_F(DiskFileFailures, TheProcessesFileSizeLimitIsAFailureAndNoSignal) {
     Log("one");
     const std::string before = Content();
     Log(std::string(5000, 'x'));
-    EXPECT_EQ(Content(), before) << "a part of a record stayed";
+    EXPECT_EQ(Content(), before) << "part of a record remained";
 
     const rlimit none{.rlim_cur = RLIM_INFINITY, .rlim_max = RLIM_INFINITY};
     EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &none), 0);
@@ -181,7 +181,7 @@ TEST_F(DiskFileFailures, TheProcessesFileSizeLimitIsAFailureAndNoSignal) {
   EXPECT_EQ(child.Wait(), 0);
 }
 
-TEST_F(DiskFileFailures, TheLimitAppliesToTheCopyOfARotationToo) {
+TEST_F(DiskFileFailures, FileSizeLimitAppliesToTheCopyOfARotation) {
   Support::ChildProcess child([this] {
     Open().SetMaximumFileSize(1);
     Log(std::string(5000, 'x'));

@@ -22,7 +22,7 @@
 
 namespace {
 
-/// Counts the calls for the lock of a file, and holds up the first write until it is told to go on.
+/// Counts the calls that lock and unlock a file, and blocks the first write until `Continue`.
 class SlowFirstWrite final : public Support::FileOperationsWrapper {
  public:
   int Lock(int descriptor, int operation) noexcept override {
@@ -32,14 +32,14 @@ class SlowFirstWrite final : public Support::FileOperationsWrapper {
   ssize_t Write(int descriptor, const iovec* pieces, int count) noexcept override {
     if (!mbWriting.exchange(true)) {
       mbWriting.notify_all();
-      mbMayGoOn.wait(false);
+      mbMayContinue.wait(false);
     }
     return FileOperationsWrapper::Write(descriptor, pieces, count);
   }
   void WaitForWrite() const { mbWriting.wait(false); }
-  void GoOn() {
-    mbMayGoOn = true;
-    mbMayGoOn.notify_all();
+  void Continue() {
+    mbMayContinue = true;
+    mbMayContinue.notify_all();
   }
 
   std::atomic<int> mLocks{0};
@@ -47,7 +47,7 @@ class SlowFirstWrite final : public Support::FileOperationsWrapper {
 
  private:
   std::atomic<bool> mbWriting{false};
-  std::atomic<bool> mbMayGoOn{false};
+  std::atomic<bool> mbMayContinue{false};
   const Support::ScopedFileOperations mScope{*this};
 };
 
@@ -67,8 +67,9 @@ class DiskFileLock : public testing::Test {
       Support::New<YLog::Destination_DiskFile_Impl>(YBase::UTF8ToWideChar(Path().c_str()).c_str());
 };
 
-// Other processes wait for the same lock, and would never get it between two threads of a busy one.
-TEST_F(DiskFileLock, IsGivenBackAfterEachRecordThoughOtherThreadsWait) {
+// Other processes wait for the same lock. They would never get it if the threads of a busy process passed it
+// to one another.
+TEST_F(DiskFileLock, IsReleasedAfterEachRecordEvenIfOtherThreadsWait) {
   {
     const std::jthread first([this] { Log(); });
     mOperations.WaitForWrite();
@@ -77,7 +78,7 @@ TEST_F(DiskFileLock, IsGivenBackAfterEachRecordThoughOtherThreadsWait) {
       others.push_back(std::make_unique<Support::BlockedThread>([this] { Log(); }));
       EXPECT_TRUE(others.back()->Waits());
     }
-    mOperations.GoOn();
+    mOperations.Continue();
   }
   EXPECT_EQ(8, CountRecords(Path()));
   EXPECT_EQ(8, mOperations.mLocks);
@@ -85,7 +86,7 @@ TEST_F(DiskFileLock, IsGivenBackAfterEachRecordThoughOtherThreadsWait) {
   EXPECT_TRUE(Support::IsFree(Path()));
 }
 
-TEST_F(DiskFileLock, IsTakenOnTheNewFileByAThreadThatWaitedWhileThePathWasChanged) {
+TEST_F(DiskFileLock, WaitingThreadLocksTheNewFileAfterAChangeOfThePath) {
   const auto newPath = mDirectory.Path() / "b.log";
   {
     const std::jthread first([this] { Log(); });
@@ -94,7 +95,7 @@ TEST_F(DiskFileLock, IsTakenOnTheNewFileByAThreadThatWaitedWhileThePathWasChange
         [&] { mDestination->SetFilePath(YBase::UTF8ToWideChar(newPath.c_str()).c_str()); });
     const Support::BlockedThread second([this] { Log(); });
     EXPECT_TRUE(change.Waits() && second.Waits());
-    mOperations.GoOn();
+    mOperations.Continue();
   }
   EXPECT_EQ(2, CountRecords(Path()) + CountRecords(newPath));
   EXPECT_TRUE(Support::IsFree(Path()));

@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 
 class DiskFileMemory : public testing::Test {
  protected:
-  /// Leaves one message missed, with a file that can be opened again.
+  /// Makes the file miss one message, and lets it be opened again.
   void MissOneMessage() {
     fs::create_directory(Path());
     mDestination->LogMessage("lost", *mHeader);
@@ -55,7 +55,7 @@ class DiskFileMemory : public testing::Test {
   YBase::SmartPtrI<YLog::Destination_DiskFile_Impl> mDestination;
 };
 
-TEST_F(DiskFileMemory, ThatRunsOutDuringAReopeningCostsNeitherTheCountNorItsReport) {
+TEST_F(DiskFileMemory, ThatRunsOutDuringReopeningLosesNeitherTheCountNorItsReport) {
   unsigned long successes = 0;
   for (bool ranOut = true; ranOut; ++successes) {
     fs::remove(Path());

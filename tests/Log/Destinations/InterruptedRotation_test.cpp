@@ -24,7 +24,7 @@ using testing::HasSubstr;
 constexpr unsigned INCOMPLETE = 0200;
 constexpr unsigned COMPLETE = 0640;
 
-/// What a rotation finds that others have left, and what becomes of one that others disturb.
+/// Rotations that find what others have left, and rotations that others disturb.
 class InterruptedRotation : public RotationTest {
  protected:
   InterruptedRotation() { mDestination->SetMaximumFileBackup(3); }
@@ -42,7 +42,7 @@ class InterruptedRotation : public RotationTest {
   Support::FakeClock mClock{std::chrono::sys_days(std::chrono::year(2024) / 3 / 5)};
 };
 
-TEST_F(InterruptedRotation, IsFinishedWhereTheFileIsEmpty) {
+TEST_F(InterruptedRotation, IsFinishedIfTheFileIsEmpty) {
   WriteCopy(HEAD + "whole\n", COMPLETE);
   WriteBackups(1);
   Log("one");
@@ -52,7 +52,7 @@ TEST_F(InterruptedRotation, IsFinishedWhereTheFileIsEmpty) {
   EXPECT_EQ(Content(), HEAD + Record("one"));
 }
 
-TEST_F(InterruptedRotation, IsFinishedThoughOthersHaveWrittenToTheEmptiedFile) {
+TEST_F(InterruptedRotation, IsFinishedEvenIfOthersHaveWrittenToTheEmptiedFile) {
   WriteCopy(HEAD + "whole\n", COMPLETE);
   Write("", HEAD + "through another name\n");
   LogIntoFullFile("one");
@@ -61,7 +61,7 @@ TEST_F(InterruptedRotation, IsFinishedThoughOthersHaveWrittenToTheEmptiedFile) {
   EXPECT_EQ(Content(), HEAD + Record("one"));
 }
 
-TEST_F(InterruptedRotation, IsFinishedWhereTheFileHasGrownAsLongAsTheCopyWithOtherBytes) {
+TEST_F(InterruptedRotation, IsFinishedIfTheFileHasGrownToTheLengthOfTheCopyWithOtherBytes) {
   WriteCopy(HEAD + "whole a\n", COMPLETE);
   Write("", HEAD + "whole b\n");
   LogIntoFullFile("one");
@@ -69,7 +69,7 @@ TEST_F(InterruptedRotation, IsFinishedWhereTheFileHasGrownAsLongAsTheCopyWithOth
   EXPECT_EQ(Content(".bak00"), HEAD + "whole b\n");
 }
 
-TEST_F(InterruptedRotation, IsFinishedWhereOnlyBytesPastTheFirstPieceDiffer) {
+TEST_F(InterruptedRotation, IsFinishedIfOnlyBytesAfterTheFirstPieceDiffer) {
   const std::string common(300'000, 'x');
   WriteCopy(common + "a", COMPLETE);
   Write("", common + "b");
@@ -78,7 +78,7 @@ TEST_F(InterruptedRotation, IsFinishedWhereOnlyBytesPastTheFirstPieceDiffer) {
   EXPECT_EQ(Content(".bak00"), common + "b");
 }
 
-TEST_F(InterruptedRotation, LeavesACopyThatIsWorthlessWhereTheFileBeginsWithIt) {
+TEST_F(InterruptedRotation, CopyIsDiscardedIfTheFileBeginsWithIt) {
   Log("one");
   WriteCopy(Content(), COMPLETE);
   Log("two");
@@ -88,7 +88,7 @@ TEST_F(InterruptedRotation, LeavesACopyThatIsWorthlessWhereTheFileBeginsWithIt) 
   EXPECT_FALSE(IsCopyLeft());
 }
 
-TEST_F(InterruptedRotation, LeavesACopyThatIsWorthlessWhereItIsIncomplete) {
+TEST_F(InterruptedRotation, IncompleteCopyIsDiscarded) {
   Log("one");
   WriteCopy("a part of", INCOMPLETE);
   LogIntoFullFile("two");
@@ -96,7 +96,7 @@ TEST_F(InterruptedRotation, LeavesACopyThatIsWorthlessWhereItIsIncomplete) {
   EXPECT_FALSE(Exists(".bak01"));
 }
 
-TEST_F(InterruptedRotation, LeavesAnIncompleteCopyThatIsWorthlessThoughTheFileWasMovedAway) {
+TEST_F(InterruptedRotation, IncompleteCopyIsDiscardedEvenIfTheFileWasMovedAway) {
   Log("one");
   WriteCopy(HEAD + "torn", INCOMPLETE);
   fs::rename(Path(), Path(".moved"));
@@ -106,7 +106,7 @@ TEST_F(InterruptedRotation, LeavesAnIncompleteCopyThatIsWorthlessThoughTheFileWa
   EXPECT_EQ(Content(), HEAD + Record("two"));
 }
 
-TEST_F(InterruptedRotation, MayHaveLeftAnEmptyCopyWhichIsNoBackup) {
+TEST_F(InterruptedRotation, EmptyCopyIsDiscarded) {
   WriteCopy("", COMPLETE);
   Log("one");
   EXPECT_FALSE(Exists(".bak00"));
@@ -129,7 +129,7 @@ TEST_F(InterruptedRotation, DoesNotKeepRecordsOutOfAnEmptyFileIfTheCopyCannotBeR
   EXPECT_EQ(Content(), HEAD + Record("two"));
 }
 
-TEST_F(InterruptedRotation, KeepsACopyThatCannotBeReadForLater) {
+TEST_F(InterruptedRotation, CopyThatCannotBeReadIsKept) {
   WriteCopy(HEAD + "whole\n", COMPLETE);
   Write("", HEAD + "other\n");
   Support::FaultyFileOperations faults;
@@ -140,9 +140,9 @@ TEST_F(InterruptedRotation, KeepsACopyThatCannotBeReadForLater) {
   EXPECT_EQ(Content(), HEAD + "other\n");
 }
 
-// What stands at the copy's name and is none.
+// Something else has the name of the copy.
 
-TEST_F(InterruptedRotation, ReplacesALinkOfTheCopysNameAndDoesNotFollowIt) {
+TEST_F(InterruptedRotation, ReplacesALinkWithTheNameOfTheCopyAndDoesNotFollowIt) {
   Write(".victim", "untouched");
   for (const char* target : {"a.log.victim", "nothing"}) {
     fs::create_symlink(target, Path(".part"));
@@ -155,7 +155,7 @@ TEST_F(InterruptedRotation, ReplacesALinkOfTheCopysNameAndDoesNotFollowIt) {
   EXPECT_FALSE(fs::exists(mDirectory.Path() / "nothing"));
 }
 
-TEST_F(InterruptedRotation, DeletesTheCopysNameWhereItIsAnotherNameOfTheFile) {
+TEST_F(InterruptedRotation, DeletesAHardLinkToTheFileWithTheNameOfTheCopy) {
   Log("one");
   fs::create_hard_link(Path(), Path(".part"));
   LogIntoFullFile("two");
@@ -164,14 +164,14 @@ TEST_F(InterruptedRotation, DeletesTheCopysNameWhereItIsAnotherNameOfTheFile) {
   EXPECT_FALSE(IsCopyLeft());
 }
 
-TEST_F(InterruptedRotation, ReplacesAPipeOfTheCopysNameWithoutWaitingForItsReader) {
+TEST_F(InterruptedRotation, ReplacesAPipeWithTheNameOfTheCopyWithoutWaitingForItsReader) {
   Log("one");
   ASSERT_EQ(mkfifo(Path(".part").c_str(), 0600), 0);
   LogIntoFullFile("two");
   EXPECT_EQ(Content(".bak00"), HEAD + Record("one"));
 }
 
-TEST_F(InterruptedRotation, FailsBeforeItChangesAnythingWhereTheCopysNameIsADirectory) {
+TEST_F(InterruptedRotation, FailsBeforeItChangesAnythingIfADirectoryHasTheNameOfTheCopy) {
   Log("one");
   WriteBackups(3);
   fs::create_directory(Path(".part"));
@@ -182,15 +182,15 @@ TEST_F(InterruptedRotation, FailsBeforeItChangesAnythingWhereTheCopysNameIsADire
   }
 }
 
-// A maker that is alive.
+// The process that makes the copy is alive.
 
-TEST_F(InterruptedRotation, WaitsForACopyWhoseMakerIsAlive) {
+TEST_F(InterruptedRotation, WaitsForACopyThatAnotherProcessIsMaking) {
   Log("one");
   WriteCopy(HEAD + "torn", INCOMPLETE);
   const int maker = open(Path(".part").c_str(), O_WRONLY | O_CLOEXEC);
   ASSERT_EQ(flock(maker, LOCK_EX), 0);
   Support::ChildProcess writer([&] {
-    // The lock belongs to the open file, which the child would share.
+    // The lock belongs to the open file, which the child inherits.
     close(maker);
     LogIntoFullFile("two");
     return 0;
@@ -200,11 +200,11 @@ TEST_F(InterruptedRotation, WaitsForACopyWhoseMakerIsAlive) {
   fs::rename(Path(".part"), Path(".bak00"));
   close(maker);
   EXPECT_EQ(writer.Wait(), 0);
-  EXPECT_EQ(Content(".bak01"), HEAD + "torn") << "the maker has given it its name";
+  EXPECT_EQ(Content(".bak01"), HEAD + "torn") << "the other process has renamed it to a backup";
   EXPECT_EQ(Content(".bak00"), HEAD + Record("one"));
 }
 
-TEST_F(InterruptedRotation, JudgesACopyAnewThatWasCompletedWhileItWaited) {
+TEST_F(InterruptedRotation, ExaminesACopyAgainThatWasCompletedWhileItWaited) {
   WriteCopy(HEAD + "whole\n", INCOMPLETE);
   const int maker = open(Path(".part").c_str(), O_WRONLY | O_CLOEXEC);
   ASSERT_EQ(flock(maker, LOCK_EX), 0);
@@ -220,14 +220,14 @@ TEST_F(InterruptedRotation, JudgesACopyAnewThatWasCompletedWhileItWaited) {
   EXPECT_EQ(Content(".bak00"), HEAD + "whole\n");
 }
 
-TEST_F(InterruptedRotation, LocksItsOwnCopyAsLongAsItMayBeFound) {
+TEST_F(InterruptedRotation, LocksItsCopyForAsLongAsItHasItsTemporaryName) {
   Log("one");
   int calls = 0;
   int seenFree = 0;
   bool created = false;
   {
     const Support::FileCallHook hook([&](std::string_view call) {
-      // Not yet in the call that takes the lock, which follows the opening.
+      // The lock is taken after the opening, so the call that takes it is left out.
       if (IsCopyLeft() && call != "lock") {
         created = true;
         ++calls;
@@ -242,9 +242,9 @@ TEST_F(InterruptedRotation, LocksItsOwnCopyAsLongAsItMayBeFound) {
   EXPECT_EQ(seenFree, 0);
 }
 
-// The log is moved or deleted, or the copy is, while a rotation is under way.
+// The log or the copy is moved or deleted during a rotation.
 
-/// Runs an action once, before the call of that name that comes `skipped` calls of the name later.
+/// Runs an action once, before the call of that name that follows `skipped` calls of the same name.
 class Meanwhile {
  public:
   Meanwhile(std::string_view call, int skipped, std::function<void()> action)
@@ -261,7 +261,7 @@ class Meanwhile {
   const int mSkipped;
 };
 
-TEST_F(InterruptedRotation, BeginsANewFileAtOnceWhereTheLogIsMovedAwayBeforeItIsEmptied) {
+TEST_F(InterruptedRotation, BeginsANewFileAtOnceIfTheLogIsMovedAwayBeforeItIsEmptied) {
   Log("one");
   {
     const Meanwhile meanwhile("change permissions", 0, [&] { fs::rename(Path(), Path(".moved")); });
@@ -275,7 +275,7 @@ TEST_F(InterruptedRotation, BeginsANewFileAtOnceWhereTheLogIsMovedAwayBeforeItIs
   ExpectNothingWasMissed();
 }
 
-TEST_F(InterruptedRotation, BeginsANewFileAtOnceWhereTheLogIsDeletedBeforeItIsEmptied) {
+TEST_F(InterruptedRotation, BeginsANewFileAtOnceIfTheLogIsDeletedBeforeItIsEmptied) {
   Log("one");
   {
     const Meanwhile meanwhile("change permissions", 0, [&] { fs::remove(Path()); });
@@ -286,7 +286,7 @@ TEST_F(InterruptedRotation, BeginsANewFileAtOnceWhereTheLogIsDeletedBeforeItIsEm
   ExpectNothingWasMissed();
 }
 
-TEST_F(InterruptedRotation, StartsOverWhereAnotherProcessHasDeletedItsCopy) {
+TEST_F(InterruptedRotation, StartsOverIfAnotherProcessHasDeletedItsCopy) {
   Log("one");
   {
     const Meanwhile meanwhile("change permissions", 0, [&] { fs::remove(Path(".part")); });
@@ -297,7 +297,7 @@ TEST_F(InterruptedRotation, StartsOverWhereAnotherProcessHasDeletedItsCopy) {
   EXPECT_EQ(Content(), HEAD + Record("two"));
 }
 
-TEST_F(InterruptedRotation, StartsOverWhereItsCopyWasDeletedBeforeItWasLocked) {
+TEST_F(InterruptedRotation, StartsOverIfItsCopyWasDeletedBeforeItWasLocked) {
   Log("one");
   {
     // The first lock is the log's own.
@@ -309,7 +309,7 @@ TEST_F(InterruptedRotation, StartsOverWhereItsCopyWasDeletedBeforeItWasLocked) {
   EXPECT_EQ(Content(), HEAD + Record("two"));
 }
 
-TEST_F(InterruptedRotation, LeavesTheBackupToWhoeverHasNamedTheCopyAlready) {
+TEST_F(InterruptedRotation, AcceptsThatAnotherProcessHasAlreadyRenamedTheCopy) {
   Log("one");
   {
     const Meanwhile meanwhile("rename", 0, [&] { fs::rename(Path(".part"), Path(".bak00")); });
@@ -320,9 +320,9 @@ TEST_F(InterruptedRotation, LeavesTheBackupToWhoeverHasNamedTheCopyAlready) {
   EXPECT_EQ(Content(), HEAD + Record("two"));
 }
 
-// Failures on the way.
+// Failures during a rotation.
 
-TEST_F(InterruptedRotation, LeavesNoCopyWhereTheFileCannotBeEmptied) {
+TEST_F(InterruptedRotation, LeavesNoCopyIfTheFileCannotBeEmptied) {
   Log("one");
   {
     Support::FaultyFileOperations faults;
@@ -335,7 +335,7 @@ TEST_F(InterruptedRotation, LeavesNoCopyWhereTheFileCannotBeEmptied) {
   EXPECT_FALSE(IsCopyLeft());
 }
 
-TEST_F(InterruptedRotation, DoublesNothingWhereTheFileCannotBeEmptiedNorTheCopyDeleted) {
+TEST_F(InterruptedRotation, DoublesNothingIfNeitherTheFileCanBeEmptiedNorTheCopyDeleted) {
   Log("one");
   {
     Support::FaultyFileOperations faults;
@@ -352,7 +352,7 @@ TEST_F(InterruptedRotation, DoublesNothingWhereTheFileCannotBeEmptiedNorTheCopyD
   EXPECT_FALSE(IsCopyLeft());
 }
 
-TEST_F(InterruptedRotation, KeepsTheCopyOfAnEmptiedFileThatCannotGetItsName) {
+TEST_F(InterruptedRotation, KeepsTheCopyOfAnEmptiedFileIfItCannotBeRenamed) {
   Log("one");
   {
     Support::FaultyFileOperations faults;

@@ -14,11 +14,11 @@ TEST(RecordLayout, PutsOneBlankBetweenHeaderAndMessage) {
   EXPECT_EQ(Layout("H", "a"), "H a");
 }
 
-TEST(RecordLayout, PutsEachFurtherLineOnALineOfItsOwnWithoutTheHeader) {
+TEST(RecordLayout, PutsEachFurtherLineOnASeparateLineWithoutTheHeader) {
   EXPECT_EQ(Layout("H", "a\nb\nc"), "H a\nb\nc");
 }
 
-TEST(RecordLayout, TakesAnyRunOfCarriageReturnsAndLineFeedsForOneLineBreak) {
+TEST(RecordLayout, TreatsAnyRunOfCarriageReturnsAndLineFeedsAsOneLineBreak) {
   EXPECT_EQ(Layout("H", "a\r\n\r\nb\n"), "H a\nb");
   EXPECT_EQ(Layout("H", "a\rb\n\n\r\rc"), "H a\nb\nc");
 }
@@ -35,31 +35,31 @@ TEST(RecordLayout, DropsLineBreaksBeforeTheHeader) {
   EXPECT_EQ(Layout("\n\nH", "x"), "H x");
 }
 
-TEST(RecordLayout, BeginsWithTheMessageWhereTheHeaderIsEmpty) {
+TEST(RecordLayout, BeginsWithTheMessageIfTheHeaderIsEmpty) {
   EXPECT_EQ(Layout("", "x\ny"), "x\ny");
   EXPECT_EQ(Layout("\r\n", "x"), "x");
   EXPECT_EQ(Layout(nullptr, "x"), "x");
 }
 
-TEST(RecordLayout, IsHeaderAndBlankWhereTheMessageIsEmpty) {
+TEST(RecordLayout, IsHeaderAndBlankIfTheMessageIsEmpty) {
   EXPECT_EQ(Layout("H", ""), "H ");
   EXPECT_EQ(Layout("H", nullptr), "H ");
 }
 
-TEST(RecordLayout, IsEmptyWhereTheMessageIsLineBreaksOnly) {
+TEST(RecordLayout, IsEmptyIfTheMessageConsistsOfLineBreaks) {
   EXPECT_EQ(Layout("H", "\r\n\n"), "");
 }
 
-TEST(RecordLayout, IsEmptyWhereBothAreEmpty) {
+TEST(RecordLayout, IsEmptyIfBothAreEmpty) {
   EXPECT_EQ(Layout("", ""), "");
   EXPECT_EQ(Layout(nullptr, nullptr), "");
 }
 
-TEST(RecordLayout, PassesControlBytesAndInvalidUTF8On) {
+TEST(RecordLayout, KeepsControlBytesAndInvalidUTF8) {
   EXPECT_EQ(Layout("H", "\x01\x7F\xFF\xC3"), "H \x01\x7F\xFF\xC3");
 }
 
-TEST(RecordLayout, TakesTextsOfAnyLength) {
+TEST(RecordLayout, AcceptsTextsOfAnyLength) {
   const std::string line(1'000'000, 'x');
   EXPECT_EQ(Layout("H", (line + "\r\n" + line).c_str()), "H " + line + "\n" + line);
 }

@@ -15,7 +15,7 @@
 #include "support/ReadFile.h"
 #include "support/TemporaryDirectory.h"
 
-/// A disk file in a folder of its own, whose backups are written and read by the suffixes of their names.
+/// A disk file in its own folder. Its backups are written and read by the suffixes of their names.
 class RotationTest : public testing::Test {
  protected:
   inline static const std::string HEAD = "\xEF\xBB\xBF# Vellatorquine Log version 2.0\n";
@@ -35,7 +35,7 @@ class RotationTest : public testing::Test {
   void Write(const std::string& suffix, const std::string& content) const {
     std::ofstream(Path(suffix), std::ios::binary) << content;
   }
-  /// The copy of a rotation that was killed.
+  /// Writes the copy of a rotation that was killed.
   void WriteCopy(const std::string& content, unsigned permissions) const {
     Write(".part", content);
     std::filesystem::permissions(Path(".part"), std::filesystem::perms(permissions));

@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 using Rotation = RotationTest;
 
-TEST_F(Rotation, LeavesAFileOneByteBelowItsLimitAlone) {
+TEST_F(Rotation, DoesNotRotateAFileOneByteBelowItsLimit) {
   mDestination->SetMaximumFileSize(SizeOf("one") + 1);
   Log("one");
   Log("two");
@@ -70,7 +70,7 @@ TEST_F(Rotation, NumbersItsBackupsFromTheNewest) {
   EXPECT_FALSE(Exists(".bak03"));
 }
 
-TEST_F(Rotation, WritesNumbersPast99WithThreeDigits) {
+TEST_F(Rotation, WritesNumbersAbove99WithThreeDigits) {
   WriteBackups(100);
   mDestination->SetMaximumFileSize(1);
   mDestination->SetMaximumFileBackup(256);
@@ -81,7 +81,7 @@ TEST_F(Rotation, WritesNumbersPast99WithThreeDigits) {
   EXPECT_EQ(Content(".bak00"), HEAD + Record("one"));
 }
 
-TEST_F(Rotation, KeepsTheLastOf256Backups) {
+TEST_F(Rotation, KeepsAtMost256Backups) {
   WriteBackups(256);
   mDestination->SetMaximumFileSize(1);
   mDestination->SetMaximumFileBackup(256);
@@ -91,7 +91,7 @@ TEST_F(Rotation, KeepsTheLastOf256Backups) {
   EXPECT_FALSE(Exists(".bak256"));
 }
 
-TEST_F(Rotation, CopiesIntoOneBackupWhenNoneAreToBeKept) {
+TEST_F(Rotation, KeepsOneBackupIfTheLimitIsZero) {
   Write(".bak01", "b1");
   mDestination->SetMaximumFileSize(1);
   mDestination->SetMaximumFileBackup(0);
@@ -122,7 +122,7 @@ TEST_F(Rotation, CopiesAFileLargerThanItsBuffer) {
   EXPECT_EQ(Content(".bak00"), HEAD + Record(text));
 }
 
-TEST_F(Rotation, ReplacesASymbolicLinkInABackupsPlace) {
+TEST_F(Rotation, ReplacesASymbolicLinkInPlaceOfABackup) {
   Write(".victim", "untouched");
   fs::create_symlink(Path(".victim"), Path(".bak00"));
   mDestination->SetMaximumFileSize(1);
@@ -133,7 +133,7 @@ TEST_F(Rotation, ReplacesASymbolicLinkInABackupsPlace) {
   EXPECT_EQ(Content(".bak00"), HEAD + Record("one"));
 }
 
-TEST_F(Rotation, ReplacesASymbolicLinkInTheCopysPlace) {
+TEST_F(Rotation, ReplacesASymbolicLinkInPlaceOfTheCopy) {
   Write(".victim", "untouched");
   fs::create_symlink(Path(".victim"), Path(".part"));
   mDestination->SetMaximumFileSize(1);
@@ -150,9 +150,9 @@ TEST_F(Rotation, LeavesNoCopyBehind) {
   EXPECT_FALSE(Exists(".part"));
 }
 
-// What makes room.
+// Backups that are renamed or deleted to make room.
 
-TEST_F(Rotation, TakesABackupsNumberForFreeOnlyWhereTheSystemSaysSo) {
+TEST_F(Rotation, FailsIfTheSystemCannotTellWhetherABackupExists) {
   for (const int error : {EIO, ENOMEM, EACCES}) {
     Write("", "full");
     WriteBackups(2);
@@ -160,7 +160,7 @@ TEST_F(Rotation, TakesABackupsNumberForFreeOnlyWhereTheSystemSaysSo) {
     mDestination->SetMaximumFileBackup(5);
     Support::FakeClock clock(std::chrono::sys_days(std::chrono::year(2024 + error) / 3 / 5));
     Support::FaultyFileOperations faults;
-    // The first two questions are about the copy.
+    // The first two calls ask about the copy.
     faults.mQueryName.Inject(error, 1, 2);
     Log("lost");
     EXPECT_TRUE(faults.mQueryName.HasHappened());
@@ -172,7 +172,7 @@ TEST_F(Rotation, TakesABackupsNumberForFreeOnlyWhereTheSystemSaysSo) {
   }
 }
 
-TEST_F(Rotation, AsksAgainForABackupWhereASignalInterruptsTheQuestion) {
+TEST_F(Rotation, LooksForABackupAgainIfASignalInterruptsTheCall) {
   Write("", "full");
   WriteBackups(1);
   mDestination->SetMaximumFileSize(1);
@@ -185,7 +185,7 @@ TEST_F(Rotation, AsksAgainForABackupWhereASignalInterruptsTheQuestion) {
   EXPECT_EQ(Content(".bak00"), "full");
 }
 
-TEST_F(Rotation, DestroysNoBackupByRotatingAnEmptyFile) {
+TEST_F(Rotation, DoesNotRotateAnEmptyFile) {
   WriteBackups(2);
   mDestination->SetMaximumFileSize(0);
   mDestination->SetMaximumFileBackup(3);
@@ -196,7 +196,7 @@ TEST_F(Rotation, DestroysNoBackupByRotatingAnEmptyFile) {
   EXPECT_FALSE(Exists(".bak02"));
 }
 
-TEST_F(Rotation, DeletesTheOldBackupBeforeItCopiesWhenNoneAreToBeKept) {
+TEST_F(Rotation, DeletesTheOldBackupBeforeItCopiesIfTheLimitIsZero) {
   Write("", "full");
   WriteBackups(1);
   mDestination->SetMaximumFileSize(1);
@@ -213,7 +213,7 @@ TEST_F(Rotation, DeletesTheOldBackupBeforeItCopiesWhenNoneAreToBeKept) {
   EXPECT_EQ(Content(".bak00"), "full");
 }
 
-TEST_F(Rotation, FailsBeforeItEmptiesTheFileWhereABackupsNameIsADirectory) {
+TEST_F(Rotation, FailsBeforeItEmptiesTheFileIfADirectoryHasTheNameOfABackup) {
   for (const unsigned long count : {0UL, 1UL, 3UL}) {
     const Support::TemporaryDirectory directory;
     const fs::path path = directory.Path() / "a.log";
@@ -229,7 +229,7 @@ TEST_F(Rotation, FailsBeforeItEmptiesTheFileWhereABackupsNameIsADirectory) {
   }
 }
 
-TEST_F(Rotation, MovesABackupThatIsALinkUpAsALink) {
+TEST_F(Rotation, RenamesABackupThatIsALinkWithoutFollowingIt) {
   Write(".victim", "untouched");
   fs::create_symlink(Path(".victim"), Path(".bak00"));
   mDestination->SetMaximumFileSize(1);
@@ -241,7 +241,7 @@ TEST_F(Rotation, MovesABackupThatIsALinkUpAsALink) {
   EXPECT_EQ(Content(".bak00"), HEAD + Record("one"));
 }
 
-TEST_F(Rotation, WorksForEveryNameThatItsBackupsLeaveRoomFor) {
+TEST_F(Rotation, WorksForTheLongestNamesThatLeaveRoomForTheSuffixes) {
   for (const std::size_t length : {246U, 247U, 248U, 249U}) {
     const fs::path path = mDirectory.Path() / std::string(length, 'n');
     const auto file = Support::New<YLog::Destination_DiskFile_Impl>(path.wstring().c_str());
@@ -253,7 +253,7 @@ TEST_F(Rotation, WorksForEveryNameThatItsBackupsLeaveRoomFor) {
   }
 }
 
-TEST_F(Rotation, StopsAtTheBackupWhoseNameIsTheLastToFit) {
+TEST_F(Rotation, KeepsNoBackupWhoseNameWouldBeTooLong) {
   const fs::path path = mDirectory.Path() / std::string(249, 'n');
   for (int number = 0; number < 100; ++number) {
     std::ofstream(path.string() + BackupSuffix(number)) << "b" << number;
@@ -267,9 +267,9 @@ TEST_F(Rotation, StopsAtTheBackupWhoseNameIsTheLastToFit) {
   EXPECT_EQ(Support::ReadFile(path.string() + ".bak99"), "b98");
 }
 
-// Whom a backup is for.
+// Who may read a backup.
 
-TEST_F(Rotation, GivesItsBackupTheModeOfTheFile) {
+TEST_F(Rotation, BackupHasTheModeOfTheFile) {
   mDestination->SetMaximumFileSize(1);
   for (const unsigned mode : {0600U, 0640U, 0604U, 0666U, 0777U}) {
     Log("one");
@@ -279,7 +279,7 @@ TEST_F(Rotation, GivesItsBackupTheModeOfTheFile) {
   }
 }
 
-TEST_F(Rotation, LetsTheOwnerReadTheBackupOfAFileThatNobodyMayRead) {
+TEST_F(Rotation, OwnerMayReadTheBackupOfAFileThatNobodyMayRead) {
   mDestination->SetMaximumFileSize(1);
   Log("one");
   fs::permissions(Path(), fs::perms(0220));
@@ -288,7 +288,7 @@ TEST_F(Rotation, LetsTheOwnerReadTheBackupOfAFileThatNobodyMayRead) {
   EXPECT_EQ(Content(".bak00"), HEAD + Record("one"));
 }
 
-/// Reports another owner and group for one file than it has, and takes down what is asked for its copy.
+/// Reports a foreign owner and group for one file, and records which of them are requested for its copy.
 class ForeignFile final : public Support::FileOperationsWrapper {
  public:
   explicit ForeignFile(const fs::path& path) : mPath(path) {}
@@ -325,7 +325,7 @@ class ForeignFile final : public Support::FileOperationsWrapper {
   const Support::ScopedFileOperations mScope{*this};
 };
 
-TEST_F(Rotation, GivesItsBackupTheGroupOfTheFileThenItsModeThenItsOwner) {
+TEST_F(Rotation, BackupGetsTheGroupOfTheFileThenItsModeThenItsOwner) {
   mDestination->SetMaximumFileSize(1);
   Log("one");
   ForeignFile file(Path());
@@ -334,7 +334,7 @@ TEST_F(Rotation, GivesItsBackupTheGroupOfTheFileThenItsModeThenItsOwner) {
   EXPECT_EQ(fs::status(Path(".bak00")).permissions(), fs::perms(0640));
 }
 
-TEST_F(Rotation, KeepsItsBackupFromAGroupThatIsNotTheFiles) {
+TEST_F(Rotation, BackupIsNotReadableByAGroupOtherThanTheFiles) {
   mDestination->SetMaximumFileSize(1);
   Log("one");
   ForeignFile file(Path());
@@ -345,7 +345,7 @@ TEST_F(Rotation, KeepsItsBackupFromAGroupThatIsNotTheFiles) {
   EXPECT_EQ(fs::status(Path(".bak00")).permissions(), fs::perms(0600));
 }
 
-// What a writer killed inside its write leaves.
+// Fragments left by a writer that was killed during a write.
 
 TEST_F(Rotation, EndsAFragmentBeforeItsOwnRecord) {
   Write("", HEAD + "whole\nfragm");
@@ -353,7 +353,7 @@ TEST_F(Rotation, EndsAFragmentBeforeItsOwnRecord) {
   EXPECT_EQ(Content(), HEAD + "whole\nfragm\n" + Record("one"));
 }
 
-TEST_F(Rotation, EndsAFragmentThatAnotherWriterLeftInBetween) {
+TEST_F(Rotation, EndsAFragmentThatAnotherWriterLeftMeanwhile) {
   Log("one");
   std::ofstream(Path(), std::ios::app) << "fragm";
   Log("two");
@@ -369,14 +369,14 @@ TEST_F(Rotation, EndsAFragmentInANewFileOfTheSameSize) {
   EXPECT_EQ(Content(), foreign + "\n" + Record("two"));
 }
 
-TEST_F(Rotation, AddsNothingAfterAWholeRecordOfAnother) {
+TEST_F(Rotation, AddsNoLineFeedAfterAWholeRecordOfAnotherWriter) {
   Log("one");
   std::ofstream(Path(), std::ios::app) << "other\n";
   Log("two");
   EXPECT_EQ(Content(), HEAD + Record("one") + "other\n" + Record("two"));
 }
 
-TEST_F(Rotation, WritesAHeadAnewOfWhichOnlyAPartWasWritten) {
+TEST_F(Rotation, RewritesAPartialHead) {
   for (std::size_t length = 1; length < HEAD.size(); ++length) {
     Write("", HEAD.substr(0, length));
     Log("one");
@@ -384,7 +384,7 @@ TEST_F(Rotation, WritesAHeadAnewOfWhichOnlyAPartWasWritten) {
   }
 }
 
-TEST_F(Rotation, KeepsAShortFileThatIsNoPartOfAHead) {
+TEST_F(Rotation, KeepsAShortFileThatIsNotPartOfAHead) {
   Write("", "mine");
   Log("one");
   EXPECT_EQ(Content(), "mine\n" + Record("one"));

@@ -28,7 +28,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::SizeIs;
 
-/// Of a host that does not want to wait for it: a pipe.
+/// Standard error is a pipe that the host has made non-blocking.
 class StandardError : public testing::Test {
  protected:
   StandardError() { fcntl(mPipe.Writer(), F_SETFL, O_NONBLOCK); }
@@ -39,7 +39,7 @@ class StandardError : public testing::Test {
     EXPECT_EQ(errno, EAGAIN);
   }
 
-  /// What is read until the work is done, each page when the pipe is full.
+  /// What the pipe yields until the work is done; it is read, a page at a time, whenever it is full.
   std::string ReadDuring(const std::function<void()>& work) const {
     std::atomic<bool> done{false};
     const std::jthread writer([&] {
@@ -64,7 +64,7 @@ class StandardError : public testing::Test {
   std::optional<Support::RedirectedStandardError> mRedirected{mPipe.Writer()};
 };
 
-TEST_F(StandardError, WaitsForAReaderThatIsSlow) {
+TEST_F(StandardError, WaitsForASlowReader) {
   YLog::StandardError standardError;
   const std::string record = std::string(400, 'r') + '\n';
   std::string text = ReadDuring([&] {
@@ -87,7 +87,7 @@ TEST_F(StandardError, WaitsOnceForAReaderThatHasStopped) {
   EXPECT_THAT(ReadTheRest(), AllOf(EndsWith("\nafter\n"), Not(HasSubstr("lost"))));
 }
 
-TEST_F(StandardError, WaitsAgainForAReaderThatHasGoneOn) {
+TEST_F(StandardError, WaitsAgainForAReaderThatHasResumed) {
   YLog::StandardError standardError(1s);
   FillUp();
   standardError.Write("lost\n");
@@ -101,7 +101,7 @@ TEST_F(StandardError, WaitsAgainForAReaderThatHasGoneOn) {
   EXPECT_THAT(text, AllOf(HasSubstr("\nfirst\n"), Not(HasSubstr("lost"))));
 }
 
-TEST_F(StandardError, FinishesARecordThatTheReaderHasBegunToTake) {
+TEST_F(StandardError, FinishesARecordThatTheReaderHasBegunToRead) {
   YLog::StandardError standardError(0s);
   FillUp();
   standardError.Write("lost\n");

@@ -13,7 +13,7 @@ namespace {
 std::mutex gsMutex;
 std::vector<std::string> gsCalls;
 std::function<void(const std::string&)> gsOnCall;
-// As the C library: the pointer, not the text.
+// The pointer is kept, not the text, as in the C library.
 const char* gspIdentity = nullptr;
 
 void Add(const std::string& call) {

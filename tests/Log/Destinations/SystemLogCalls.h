@@ -6,8 +6,8 @@
 
 namespace Support {
 
-/// What was called of `openlog`, `syslog` and `closelog`, which this program has in the place of the C
-/// library's: such as "openlog(orders, 2, 8)", "syslog(14, %s, text) as orders", "closelog()".
+/// The calls of `openlog`, `syslog` and `closelog`, which this program defines in place of the C library's,
+/// such as "openlog(orders, 2, 8)", "syslog(14, %s, text) as orders", "closelog()".
 ///
 /// Threads: one instance at a time; the calls come from any thread.
 class SystemLogCalls {
@@ -19,7 +19,7 @@ class SystemLogCalls {
 
   std::vector<std::string> Get() const;
 
-  /// Called within each call from now on, with what `Get` will return for it: a place to wait.
+  /// Sets a function that each call runs, with the text that `Get` will return for it. It may block.
   void OnCall(std::function<void(const std::string& call)> onCall);
 };
 
