@@ -25,7 +25,7 @@ struct RecordWithStack {
   std::vector<std::string> frames;
 };
 
-/// What the program logs.
+/// Runs a client and returns the records that it logs.
 std::vector<RecordWithStack> RunClient(const std::string& program) {
   const Support::TemporaryDirectory directory;
   const std::filesystem::path path = directory.Path() / "a.log";

@@ -9,11 +9,11 @@
 
 namespace {
 
-/// A process that has started the library, and never logged.
+/// A process that has started the library but has never logged.
 class FirstRecord : public testing::Test {
  protected:
-  /// Forks at each allocation of the first record, each time in a process of its own, until the child of one
-  /// fails. Returns how many there were.
+  /// Forks during each allocation of the first record, in a new process each time, until a child fails.
+  /// Returns the number of allocations.
   template <class Log>
   static unsigned long ForksAtEachAllocationOf(Log log) {
     for (unsigned long allocation = 0;; ++allocation) {
@@ -22,7 +22,7 @@ class FirstRecord : public testing::Test {
         return true;
       });
       if (outcome == Support::ALLOCATION_NOT_REACHED) return allocation;
-      EXPECT_EQ(outcome, Support::CHILD_SUCCEEDED) << "forked in allocation " << allocation;
+      EXPECT_EQ(outcome, Support::CHILD_SUCCEEDED) << "forked during allocation " << allocation;
       if (outcome != Support::CHILD_SUCCEEDED) return allocation;
     }
   }
@@ -31,18 +31,18 @@ class FirstRecord : public testing::Test {
   Support::DiskFileClient mClient{mDirectory.Path() / "a.log"};
 };
 
-TEST_F(FirstRecord, HangsNoChildThatIsForkedInAnyAllocationOfIt) {
+TEST_F(FirstRecord, HangsNoChildForkedDuringAnyOfItsAllocations) {
   EXPECT_GT(ForksAtEachAllocationOf([this] { mClient.Log("text"); }), 5U);
 }
 
-TEST_F(FirstRecord, OfAFormattedTextHangsNoChildThatIsForkedInAnyAllocationOfIt) {
+TEST_F(FirstRecord, OfAFormattedTextHangsNoChildForkedDuringAnyOfItsAllocations) {
   EXPECT_GT(ForksAtEachAllocationOf([this] {
               YLog::LogMessage(mClient.Router(), 300, YLog::GetMessageFormatter() << 4711, "Order %1");
             }),
             5U);
 }
 
-TEST_F(FirstRecord, OfAStructuredMessageHangsNoChildThatIsForkedInAnyAllocationOfIt) {
+TEST_F(FirstRecord, OfAStructuredMessageHangsNoChildForkedDuringAnyOfItsAllocations) {
   YBase::Message message("outer");
   message.AddLowerLevelMessage(YBase::Message("inner"));
   mClient.File().SetLanguageID(0x0407);

@@ -18,14 +18,14 @@ namespace {
 
 constexpr int RACING_THREADS = 2;
 
-/// In a process that has never logged: threads log their first records, and a child is forked at that moment,
-/// a little later in each round, and logs as well.
+/// Must run in a process that has never logged. Threads log their first records; meanwhile, a little later in
+/// each round, a child is forked, which logs as well.
 bool ChildForkedAtTheFirstRecordsLogs(const std::filesystem::path& path, int round) {
   Support::DiskFileClient client(path);
   std::atomic<bool> mayLog{false};
   std::atomic<int> ready{0};
-  // In a child, the thread sanitizer takes a thread that had ended before the fork for one that everybody
-  // forgot.
+  // The threads live until after the fork. The thread sanitizer would report one that ended before the fork
+  // as leaked in the child.
   std::latch forked(1);
   std::vector<std::jthread> threads;
   for (int thread = 0; thread < RACING_THREADS; ++thread) {
@@ -48,7 +48,7 @@ bool ChildForkedAtTheFirstRecordsLogs(const std::filesystem::path& path, int rou
   return Support::SucceededChild(child);
 }
 
-TEST(ForkedProcess, HangsNoChildThatIsForkedAtTheFirstRecordsOfItsThreads) {
+TEST(ForkedProcess, HangsNoChildForkedDuringTheFirstRecordsOfItsThreads) {
   constexpr int ROUNDS = 400;
   const Support::TemporaryDirectory directory;
   const std::filesystem::path path = directory.Path() / "a.log";

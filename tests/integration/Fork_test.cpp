@@ -94,10 +94,10 @@ TEST_F(ForkedClient, LogsAtOnceWhileTheThreadsOfItsParentLog) {
   }
 }
 
-TEST_F(ForkedClient, AChildThatNeverLogsDoesNotKeepTheFileLocked) {
+TEST_F(ForkedClient, ChildThatNeverLogsDoesNotKeepTheFileLocked) {
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
-  // Lives until the parent lets it go.
+  // Lives until the parent closes the pipe.
   Support::ChildProcess child([&] {
     close(ends[1]);
     char end;

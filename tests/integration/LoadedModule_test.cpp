@@ -12,9 +12,9 @@
 
 namespace {
 
-// This program does not know the library, which comes with the module.
+// This program is not linked with the library; the module is.
 
-TEST(LoadedModule, LogsWhileItIsLoadedAndInAChildOfAForkAfterwards) {
+TEST(LoadedModule, LogsWhileItIsLoadedAndInAForkedChild) {
   const Support::TemporaryDirectory directory;
   const std::string path = directory.Path() / "a.log";
   // NOLINTNEXTLINE(concurrency-mt-unsafe): there is one thread.

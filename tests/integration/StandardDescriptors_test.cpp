@@ -23,7 +23,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A host that has closed standard input, output or error, and writes there nevertheless.
+/// A host that has closed standard input, output or error but still writes there.
 class ClosedStandardDescriptors : public testing::Test {
  protected:
   ClosedStandardDescriptors() {
@@ -34,7 +34,7 @@ class ClosedStandardDescriptors : public testing::Test {
 
   std::wstring Wide(const char* name) const { return (mDirectory.Path() / name).wstring(); }
 
-  /// Uses everything that opens a file, but the system log.
+  /// Uses everything that opens a file except the system log.
   void UseEverything(Support::DiskFileClient& client) const {
     YLog::GetDestination_DebugOutput()->LogMessage("to nobody");
     YLog::GetDestination_KafkaLog(Wide("kafka.log").c_str())
@@ -63,7 +63,7 @@ class ClosedStandardDescriptors : public testing::Test {
   const Support::TemporaryDirectory mDirectory;
 };
 
-TEST_F(ClosedStandardDescriptors, GiveNoForeignTextToAnyFile) {
+TEST_F(ClosedStandardDescriptors, LetNoForeignTextIntoAnyFile) {
   for (const int closed : Support::CLOSED_IN_ANY_WAY) {
     EXPECT_EQ(Support::ChildProcess([&] {
                 Support::CloseDescriptors(closed);
@@ -77,7 +77,7 @@ TEST_F(ClosedStandardDescriptors, GiveNoForeignTextToAnyFile) {
   }
 }
 
-TEST_F(ClosedStandardDescriptors, GiveNoForeignTextToAFileThatIsBeingOpened) {
+TEST_F(ClosedStandardDescriptors, LetNoForeignTextIntoAFileThatIsBeingOpened) {
   EXPECT_EQ(Support::ChildProcess([&] {
               Support::CloseDescriptors(7);
               std::atomic<bool> enough{false};

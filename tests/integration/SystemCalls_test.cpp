@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 struct Call {
   std::string mName;
-  int mIndex;       ///< Which call of that name since the program began, from 1.
+  int mIndex;       ///< The number of the call among those of that name, from 1.
   bool mIsBetween;  ///< Between the two marks.
 };
 
@@ -56,7 +56,7 @@ class SystemCalls : public testing::Test {
   int mLastStatus = -1;
 };
 
-TEST_F(SystemCalls, ARecordInSteadyStateCostsFour) {
+TEST_F(SystemCalls, RecordInSteadyStateMakesFour) {
   constexpr int RECORDS = 1000;
   std::map<std::string, int> counts;
   for (const Call& call : Trace("2000000 1 10 1000 record quiet"))
@@ -70,7 +70,7 @@ TEST_F(SystemCalls, ARecordInSteadyStateCostsFour) {
   for (const auto& [name, count] : counts) EXPECT_EQ(count, 0) << name;
 }
 
-/// Those acknowledged once, the one under way once at most.
+/// Expects each acknowledged record once, and the one after them at most once.
 void ExpectAcknowledgedOnce(const std::vector<std::string>& lines, int acknowledged,
                             const std::string& where) {
   std::map<std::string, int> seen;
@@ -84,8 +84,8 @@ void ExpectAcknowledgedOnce(const std::vector<std::string>& lines, int acknowled
   EXPECT_LE(seen["record " + std::to_string(acknowledged)], 1) << where;
 }
 
-TEST_F(SystemCalls, AKillAtAnyOfThemInsideARotationLosesAndDoublesNothing) {
-  // Every second record finds the file full; the last one does so with two backups there, and room for a
+TEST_F(SystemCalls, KillAtAnyOfThemDuringARotationLosesAndDoublesNothing) {
+  // Every second record finds the file full. When the last one does, there are two backups and room for a
   // third.
   const std::string arguments = "400 3 6 1 record";
   int killed = 0;
@@ -101,12 +101,12 @@ TEST_F(SystemCalls, AKillAtAnyOfThemInsideARotationLosesAndDoublesNothing) {
     renames += call.mName.starts_with("rename") ? 1 : 0;
     const int acknowledged = static_cast<int>(Support::Lines(Support::ReadFile(Acknowledgements())).size());
     ASSERT_EQ(acknowledged, call.mName == "write" && acknowledged == 7 ? 7 : 6) << where;
-    // Another process finishes what this one left.
+    // Another process finishes the rotation.
     Run("-o /dev/null", "400 3 0 1 last");
     ExpectAcknowledgedOnce(Support::ReadLogFiles(Path()).mLines, acknowledged, where);
   }
   EXPECT_GT(killed, 10);
-  EXPECT_EQ(renames, 3) << "two backups shifted, and the copy given its name";
+  EXPECT_EQ(renames, 3) << "two backups and the copy must be renamed";
 }
 
 }  // namespace

@@ -46,7 +46,7 @@ class SystemLog : public testing::Test {
     mLog->LogMessage("text", *header);
   }
 
-  // First of all: threads keep the devices that they were started with.
+  // The first member, because threads keep the devices that they were started with.
   Support::SystemLogDaemon mDaemon;
   const YLog::Initializer mInitializer;
   const YBase::SmartPtrI<YLog::Destination_SystemLog> mLog = YLog::GetDestination_SystemLog();
@@ -57,7 +57,7 @@ class SystemLogWithDaemon : public SystemLog {
   SystemLogWithDaemon() { mDaemon.Start(); }
 };
 
-/// A thread that logs while the daemon has stopped reading, and is waiting in the C library.
+/// A thread that logs while the daemon has stopped reading, and therefore waits in the C library.
 class WaitingThread {
  public:
   WaitingThread(Support::SystemLogDaemon& daemon, const YLog::Destination_SystemLog& log) {
@@ -86,7 +86,7 @@ TEST_F(SystemLogWithDaemon, NamesTheApplicationByDefault) {
   EXPECT_THAT(mDaemon.ReadRecords(), ElementsAre(Record{INFORMATION, "Vellatorquine Application", "text"}));
 }
 
-TEST_F(SystemLogWithDaemon, NamesTheApplicationAsItIsTold) {
+TEST_F(SystemLogWithDaemon, NamesTheApplicationAsSet) {
   mLog->SetApplicationName("orders");
   Log("before");
   mLog->SetApplicationName("orders of the west");
@@ -102,7 +102,7 @@ TEST_F(SystemLogWithDaemon, TakesThePriorityFromTheMessageID) {
   EXPECT_THAT(priorities, ElementsAre(ERROR, WARNING, INFORMATION, INFORMATION));
 }
 
-TEST_F(SystemLogWithDaemon, SendsAnUnknownSeverityAtTheHighestUrgency) {
+TEST_F(SystemLogWithDaemon, SendsAnUnknownSeverityWithTheHighestPriority) {
   mLog->SetApplicationName("orders");
   mLog->LogMessage("text", static_cast<Severity>(7), 0);
   EXPECT_THAT(mDaemon.ReadRecords(), ElementsAre(Record{EMERGENCY, "orders", "text"}));
@@ -116,20 +116,20 @@ TEST_F(SystemLogWithDaemon, SendsHeaderAndLinesAsOneEntry) {
   EXPECT_THAT(mDaemon.ReadRecords(), ElementsAre(Record{INFORMATION, "orders", text}));
 }
 
-TEST_F(SystemLogWithDaemon, SendsWhatLooksLikeAFormatAsItStands) {
+TEST_F(SystemLogWithDaemon, SendsConversionSpecifiersUnchanged) {
   mLog->SetApplicationName("orders");
   Log("100%s %n %d%% %");
   EXPECT_THAT(mDaemon.ReadRecords(), ElementsAre(Record{INFORMATION, "orders", "100%s %n %d%% %"}));
 }
 
-TEST_F(SystemLogWithDaemon, SendsControlBytesAndBrokenUTF8AsTheyStand) {
+TEST_F(SystemLogWithDaemon, SendsControlBytesAndInvalidUTF8Unchanged) {
   mLog->SetApplicationName("orders");
   const std::string text = "tab\tbell\a\x01 \xC3\xA4 \xFF\xC3 end";
   Log(text);
   EXPECT_THAT(mDaemon.ReadRecords(), ElementsAre(Record{INFORMATION, "orders", text}));
 }
 
-TEST_F(SystemLogWithDaemon, SendsARecordOf100KilobytesWhole) {
+TEST_F(SystemLogWithDaemon, SendsTheWholeOfARecordOf100Kilobytes) {
   mLog->SetApplicationName("orders");
   std::string text;
   for (int number = 0; text.size() < 100'000; ++number) text += std::to_string(number) + '\n';
@@ -138,7 +138,7 @@ TEST_F(SystemLogWithDaemon, SendsARecordOf100KilobytesWhole) {
   EXPECT_THAT(mDaemon.ReadRecords(), ElementsAre(Record{INFORMATION, "orders", text}));
 }
 
-TEST_F(SystemLogWithDaemon, ReceivesWhatIsLoggedThroughARouter) {
+TEST_F(SystemLogWithDaemon, ReceivesMessagesLoggedThroughARouter) {
   mLog->SetApplicationName("orders");
   const YBase::SmartPtrI<YLog::Router> router =
       YLog::CreateRouter("Kernel", "Info", YSynch::LOCK_STACK_CATEGORY_OBJECT);
@@ -153,7 +153,7 @@ TEST_F(SystemLogWithDaemon, ReceivesWhatIsLoggedThroughARouter) {
                                                        "text")))));
 }
 
-TEST_F(SystemLogWithDaemon, KeepsEveryRecordOfSeveralThreadsUnderOneOfItsNames) {
+TEST_F(SystemLogWithDaemon, ReceivesEveryRecordOfSeveralThreadsUnderOneOfTheNames) {
   constexpr int THREADS = 4;
   constexpr int RECORDS = 100;
   mLog->SetApplicationName("name 0");
@@ -185,7 +185,7 @@ TEST_F(SystemLogWithDaemon, IsFoundAgainAfterARestart) {
               ElementsAre(Record{INFORMATION, "orders", "before"}, Record{INFORMATION, "orders", "after"}));
 }
 
-TEST_F(SystemLogWithDaemon, ReceivesNothingThatAHostWritesToWhatItHasClosed) {
+TEST_F(SystemLogWithDaemon, ReceivesNothingThatAHostWritesToClosedDescriptors) {
   mLog->SetApplicationName("orders");
   for (const int closed : Support::CLOSED_IN_ANY_WAY) {
     EXPECT_EQ(Support::ChildProcess([&] {
@@ -199,7 +199,7 @@ TEST_F(SystemLogWithDaemon, ReceivesNothingThatAHostWritesToWhatItHasClosed) {
   EXPECT_THAT(mDaemon.ReadRecords(), AllOf(SizeIs(7), Each(Record{INFORMATION, "orders", "text"})));
 }
 
-TEST_F(SystemLogWithDaemon, ReceivesNothingOfTheHostsAfterARestartEither) {
+TEST_F(SystemLogWithDaemon, ReconnectionDoesNotUseAClosedStandardDescriptor) {
   mLog->SetApplicationName("orders");
   Log("before");
   close(STDIN_FILENO);
@@ -212,16 +212,16 @@ TEST_F(SystemLogWithDaemon, ReceivesNothingOfTheHostsAfterARestartEither) {
               ElementsAre(Record{INFORMATION, "orders", "before"}, Record{INFORMATION, "orders", "after"}));
 }
 
-TEST_F(SystemLogWithDaemon, IsWaitedForWhileItHasStoppedReading) {
+TEST_F(SystemLogWithDaemon, CallsWaitWhileItHasStoppedReading) {
   mLog->SetApplicationName("orders");
   WaitingThread thread(mDaemon, *mLog);
   EXPECT_TRUE(thread.Waits());
-  mDaemon.GoOnReading();
+  mDaemon.ResumeReading();
   thread.Join();
   EXPECT_THAT(mDaemon.ReadRecords(), ElementsAre(Record{INFORMATION, "orders", "waiting"}));
 }
 
-TEST_F(SystemLogWithDaemon, ReceivesWhatAChildLogsThatWasForkedWhileACallWaited) {
+TEST_F(SystemLogWithDaemon, ReceivesTheRecordOfAChildForkedDuringAWaitingCall) {
   mLog->SetApplicationName("orders");
   WaitingThread thread(mDaemon, *mLog);
   EXPECT_TRUE(thread.Waits());
@@ -236,7 +236,7 @@ TEST_F(SystemLogWithDaemon, ReceivesWhatAChildLogsThatWasForkedWhileACallWaited)
   });
   EXPECT_TRUE(Support::WaitUntil([&] { return Support::IsWaitingInSystemCall(forkingThread, SYS_futex); }));
   EXPECT_TRUE(thread.Waits());
-  mDaemon.GoOnReading();
+  mDaemon.ResumeReading();
   fork.join();
   thread.Join();
   EXPECT_EQ(status, 0);
@@ -244,13 +244,13 @@ TEST_F(SystemLogWithDaemon, ReceivesWhatAChildLogsThatWasForkedWhileACallWaited)
                                                  Record{INFORMATION, "orders", "from the child"}));
 }
 
-TEST_F(SystemLog, GoesToTheConsoleWithoutADaemon) {
+TEST_F(SystemLog, WritesToTheConsoleWithoutADaemon) {
   mLog->SetApplicationName("orders");
   Log("text");
   EXPECT_THAT(mDaemon.ReadConsole(), EndsWith("orders: text\r\n"));
 }
 
-TEST_F(SystemLog, ReturnsWithoutADaemonAndAConsole) {
+TEST_F(SystemLog, ReturnsWithoutADaemonOrAConsole) {
   ASSERT_EQ(unlink("/dev/console"), 0);
   Log("lost");
   mDaemon.Start();

@@ -52,7 +52,7 @@ AllocationHook::~AllocationHook() {
 
 }  // namespace Support
 
-// By default the others call the first of these. Where a sanitizer replaces them they do not.
+// By default the other operators call the first of these two, but not where a sanitizer replaces them.
 
 void* operator new(std::size_t size) {
   Support::CountAllocation();

@@ -4,11 +4,11 @@
 
 namespace Support {
 
-/// How often the calling thread has called `operator new`.
+/// The number of times that the calling thread has called `operator new`.
 unsigned long GetAllocationCount() noexcept;
 
-/// Lets memory run out for the calling thread as long as it exists, once: so many calls of `operator new`
-/// succeed, and the one after them throws `std::bad_alloc`.
+/// Makes one allocation of the calling thread fail during its lifetime: the given number of calls of
+/// `operator new` succeed, and the next one throws `std::bad_alloc`.
 class AllocationFailure {
  public:
   explicit AllocationFailure(unsigned long successes) noexcept;
@@ -17,8 +17,8 @@ class AllocationFailure {
   AllocationFailure& operator=(const AllocationFailure&) = delete;
 };
 
-/// Calls a function in the middle of an allocation of the calling thread, once, as long as it exists: so many
-/// calls of `operator new` are left alone, and the one after them makes the call before it takes any memory.
+/// Calls a function during one allocation of the calling thread in its lifetime: the given number of calls of
+/// `operator new` are left alone, and the next one makes the call before it takes any memory.
 class AllocationHook {
  public:
   AllocationHook(unsigned long skipped, void (*function)(void* data), void* data) noexcept;

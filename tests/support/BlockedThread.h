@@ -11,7 +11,7 @@
 namespace Support {
 
 /// Runs a function in a thread. The constructor returns when the thread waits for a lock; the destructor
-/// waits for the thread.
+/// waits for the thread to end.
 class BlockedThread {
  public:
   template <class Function>

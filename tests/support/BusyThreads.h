@@ -8,7 +8,7 @@
 
 namespace Support {
 
-/// Threads that do something again and again until the object goes. All are at it when `Add` returns.
+/// Threads that repeat some work until the object is destroyed. All of them have begun when `Add` returns.
 class BusyThreads {
  public:
   BusyThreads() = default;

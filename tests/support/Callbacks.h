@@ -10,7 +10,7 @@
 
 namespace Support {
 
-/// Hears of a dispatcher's changes: counts them, and does what the test wants.
+/// Is called for a dispatcher's changes: counts them, and runs an action of the test.
 class DispatcherCallback final : public YLog::Dispatcher::Callback,
                                  public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
@@ -35,7 +35,7 @@ class DispatcherCallback final : public YLog::Dispatcher::Callback,
   YSynch::AtomicLong mCount;
 };
 
-/// Hears of the changes of a logger's dispatchers, and does what the test wants.
+/// Is called for the changes of a logger's dispatchers, and runs an action of the test.
 class LoggerCallback final : public YLog::Logger::Callback,
                              public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:

@@ -4,7 +4,7 @@
 
 namespace Support {
 
-/// Runs a function in a thread of its own, and tells whether the thread was cancelled before the function
+/// Runs a function in a new thread, and returns whether the thread was cancelled before the function
 /// returned.
 template <class Function>
 bool IsCancelled(Function function) {
@@ -18,8 +18,8 @@ bool IsCancelled(Function function) {
   return pthread_join(thread, &result) == 0 && result == PTHREAD_CANCELED;
 }
 
-/// Runs a function in a thread that has been cancelled before, and tells whether the cancellation waited
-/// until the function returned.
+/// Runs a function in a thread that has already been cancelled, and returns whether the cancellation took
+/// effect only after the function had returned.
 template <class Function>
 bool FinishesBeforeItIsCancelled(Function function) {
   bool finished = false;

@@ -21,7 +21,7 @@ namespace {
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "child process: %s\n", failure.what());
   }
-  // Not exit: what the test holds belongs to the parent.
+  // Not exit: the objects of the test belong to the parent.
   std::fflush(nullptr);
   _exit(status);
 }

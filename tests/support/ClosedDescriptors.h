@@ -20,8 +20,8 @@ inline void CloseDescriptors(int closed) {
   }
 }
 
-/// Writes a text to each of standard input, output and error that is said to be closed, and reads from it.
-/// Returns how many permit one of the two.
+/// Writes a text to each of standard input, output and error that should be closed, and reads from it.
+/// Returns the number of those that allow either.
 inline int UseClosed(int closed) {
   int taken = 0;
   for (int descriptor = 0; descriptor < 3; ++descriptor) {

@@ -12,7 +12,7 @@
 
 namespace Support {
 
-/// A client's hook that does what the test wants. Threads: as the functions.
+/// A client's hook that runs actions of the test. Threads: as for the actions.
 class ConfigurableHook final : public YLog::ConfigurationHook,
                                public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:

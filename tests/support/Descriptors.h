@@ -5,7 +5,7 @@
 
 namespace Support {
 
-/// The descriptors by which this process has the file at the path open.
+/// The descriptors of this process that refer to the file at the path.
 std::vector<int> DescriptorsOf(const std::filesystem::path& path);
 
 }  // namespace Support

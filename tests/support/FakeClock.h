@@ -7,21 +7,21 @@
 
 namespace Support {
 
-/// A clock that stands still until it is told otherwise; the current one as long as it exists. For programs
+/// A clock that stands still until a test moves it. It is the current clock during its lifetime. For programs
 /// that link the object libraries.
 class FakeClock final : public YDataType::Clock {
  public:
   explicit FakeClock(Instant now) noexcept : mNow(now), mPrevious(SetCurrent(*this)) {}
-  /// \pre No thread that asks for the time is left.
+  /// \pre No other thread reads the time any more.
   ~FakeClock() { SetCurrent(mPrevious); }
 
   Instant Now() const noexcept override { return mNow.load(); }
 
   std::chrono::nanoseconds GetMonotonicTime() const noexcept override { return mMonotonicTime.load(); }
 
-  /// Somebody sets the wall clock.
+  /// Sets the wall clock, as an administrator would.
   void Set(Instant now) noexcept { mNow.store(now); }
-  /// Time goes by, on both clocks.
+  /// Lets time pass on the wall clock and the steady one.
   void Advance(std::chrono::milliseconds time) noexcept {
     Set(Now() + time);
     mMonotonicTime.store(GetMonotonicTime() + time);

@@ -6,10 +6,10 @@
 
 namespace Support {
 
-/// What is to go wrong with one kind of call.
+/// The failures of one kind of call.
 class Fault {
  public:
-  /// After so many calls that succeed, so many fail with this error number.
+  /// After `successesBefore` calls, the next `times` calls fail with this error number.
   void Inject(int error, int times = 1, int successesBefore = 0) noexcept {
     mError = error;
     mTimesLeft = times;
@@ -19,7 +19,7 @@ class Fault {
   /// Whether everything that was injected has happened.
   bool HasHappened() const noexcept { return mTimesLeft == 0; }
 
-  /// Sets `errno` where the call is to fail.
+  /// Returns whether the call must fail, and sets `errno` if so.
   bool Strikes() noexcept {
     if (mTimesLeft == 0) return false;
     if (mSuccessesLeft != 0) {

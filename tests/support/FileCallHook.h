@@ -9,8 +9,9 @@
 
 namespace Support {
 
-/// The system's file operations, with a function that is asked before each call that can fail: it returns the
-/// number of the error that the call is to fail with, or 0. The current ones as long as it exists.
+/// The system's file operations, with a function that is called before each call that can fail. It returns
+/// the error number with which the call must fail, or 0. These are the current operations during its
+/// lifetime.
 class FileCallHook final : public FileOperationsWrapper {
  public:
   using Function = std::function<int(std::string_view call)>;

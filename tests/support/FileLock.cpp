@@ -18,14 +18,14 @@ namespace {
 
 bool HasEnded(pid_t child) {
   siginfo_t info{};
-  // Does not reap it.
+  // WNOWAIT leaves the child to be reaped later.
   return waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOHANG | WNOWAIT) != 0 || info.si_pid != 0;
 }
 
 }  // namespace
 
 bool IsFree(const std::filesystem::path& path) {
-  // Not for reading: an incomplete copy of a log may not be read by its owner, unless that is root.
+  // Not for reading: the owner may not read an incomplete copy of a log unless it is root.
   const int descriptor = open(path.c_str(), O_WRONLY | O_CLOEXEC);
   if (descriptor < 0) throw std::system_error(errno, std::generic_category(), "open " + path.string());
   const int result = flock(descriptor, LOCK_EX | LOCK_NB);

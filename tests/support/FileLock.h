@@ -6,10 +6,10 @@
 
 namespace Support {
 
-/// Whether the write lock of a file could be taken by a descriptor of one's own, this moment.
+/// Whether a new descriptor could take the write lock of the file now.
 bool IsFree(const std::filesystem::path& path);
 
-/// Waits until the child process waits for somebody's lock on a file, or has ended; false where it has ended.
+/// Waits until the child process waits for the lock of a file, or has ended; returns false if it has ended.
 bool WaitsForLock(pid_t child);
 
 }  // namespace Support

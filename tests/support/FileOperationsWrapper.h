@@ -6,8 +6,8 @@
 
 namespace Support {
 
-/// Passes every call on to the file operations that were current when it was made. A test derives from it and
-/// overrides what is to be counted or to go wrong.
+/// Passes every call on to the file operations that were current when it was constructed. A test derives from
+/// it and overrides the calls that it counts or makes fail.
 class FileOperationsWrapper : public YFileSystem::FileOperations {
  public:
   int Open(const char* path, int flags, mode_t mode) noexcept override {
@@ -52,12 +52,12 @@ class FileOperationsWrapper : public YFileSystem::FileOperations {
   YFileSystem::FileOperations& mNext;
 };
 
-/// Makes file operations the current ones as long as it exists.
+/// Makes file operations the current ones during its lifetime.
 class ScopedFileOperations {
  public:
   explicit ScopedFileOperations(YFileSystem::FileOperations& operations) noexcept
       : mPrevious(YFileSystem::FileOperations::SetCurrent(operations)) {}
-  /// \pre No thread that uses them is left.
+  /// \pre No other thread uses them any more.
   ~ScopedFileOperations() { YFileSystem::FileOperations::SetCurrent(mPrevious); }
   ScopedFileOperations(const ScopedFileOperations&) = delete;
   ScopedFileOperations& operator=(const ScopedFileOperations&) = delete;

@@ -13,9 +13,8 @@
 
 namespace Support {
 
-/// The locale of this process, in C and in C++, is one that writes 1.234.567,8 as long as this exists. It is
-/// made here, in the form in which the GNU C library keeps locales, because a machine may have none but its
-/// own.
+/// During its lifetime the locale of this process, in C and in C++, is one that writes 1.234.567,8. The
+/// locale is created here, in the file format of the GNU C library, because a machine may have only its own.
 class ForeignLocale {
  public:
   ForeignLocale() {

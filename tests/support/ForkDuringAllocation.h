@@ -17,7 +17,7 @@ namespace Support {
 
 enum ForkOutcome : int { CHILD_SUCCEEDED, CHILD_FAILED, ALLOCATION_NOT_REACHED };
 
-/// A thread that works until an allocation of its work, counted from 0, and is held there.
+/// A thread whose work is held in one of its allocations, counted from 0.
 class HeldWorker {
  public:
   HeldWorker(unsigned long allocation, const std::function<bool()>& work)
@@ -31,7 +31,7 @@ class HeldWorker {
   HeldWorker(const HeldWorker&) = delete;
   HeldWorker& operator=(const HeldWorker&) = delete;
 
-  /// Returns false where the work ended without that allocation.
+  /// Returns false if the work has ended without that allocation.
   bool WaitUntilHeld() const {
     return WaitUntil([this] { return mbHeld || mbEnded; }) && mbHeld;
   }
@@ -49,9 +49,9 @@ class HeldWorker {
   std::jthread mThread;
 };
 
-/// In a process of its own, made by fork: one thread does the work and is held in an allocation of it;
-/// another forks meanwhile, and the child does the work as well. A fork that waits for what the held thread
-/// has taken lets that thread go on first. A child that hangs has failed.
+/// In a forked process, one thread does the work and is held in one of its allocations. Meanwhile another
+/// thread forks, and the child does the work as well. If the fork waits for a lock of the held thread, that
+/// thread is released first. A child that hangs has failed.
 inline ForkOutcome ForkDuringAllocation(unsigned long allocation, const std::function<bool()>& work) {
   return static_cast<ForkOutcome>(
       ChildProcess([allocation, &work]() -> int {

@@ -14,8 +14,8 @@
 
 namespace Support {
 
-/// A client's dispatcher that leaves the work to another one. Tests override what they want to interfere
-/// with.
+/// A client's dispatcher that delegates everything to another one. Tests override the operations in which
+/// they intervene.
 class ForwardingDispatcher : public YLog::Dispatcher,
                              public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:

@@ -9,7 +9,7 @@ namespace Support {
 
 /// A log file and its backups, read back.
 struct LogFiles {
-  /// The lines behind the head of each file, oldest file first. A last line without a line feed is one, too.
+  /// The lines after the head of each file, oldest file first, including a last line without a line feed.
   std::vector<std::string> mLines;
   std::size_t mBackups = 0;
   std::size_t mLargestFile = 0;
@@ -20,7 +20,7 @@ struct LogFiles {
 /// Reads the file at `path` and every backup beside it.
 LogFiles ReadLogFiles(const std::filesystem::path& path);
 
-/// The text behind a record's header; empty where the line does not begin with one.
+/// The text after a record's header; empty if the line does not begin with one.
 std::string TextOf(const std::string& line);
 
 }  // namespace Support

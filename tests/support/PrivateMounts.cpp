@@ -32,7 +32,7 @@ void BecomeRoot() {
   Require(geteuid() == 0 && getegid() == 0, "root in a user namespace");
 }
 
-/// Stays open in a process that changes its root, so that the process finds its way back.
+/// An open folder, to which a process can return after it has changed its root.
 class Folder {
  public:
   explicit Folder(const char* path) : mDescriptor(open(path, O_PATH | O_DIRECTORY | O_CLOEXEC)) {
@@ -61,11 +61,11 @@ bool MakePrivateBelowRoot() {
   return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
-/// Keeps what is mounted from spreading to the namespace that this one was copied from.
+/// Prevents mounts from propagating to the namespace that this one was copied from.
 void MakeMountsPrivate() {
   if (MakePrivateBelowRoot()) return;
   Require(errno == EINVAL, "mount --make-rprivate /");
-  // The root is a folder of a mount whose own root is outside of this chroot, and only that can be made
+  // The root is a folder of a mount whose own root is outside this chroot, and only that root can be made
   // private.
   const Folder root("/");
   const Folder current(".");
@@ -79,7 +79,7 @@ void MakeMountsPrivate() {
 }  // namespace
 
 void EnterPrivateMounts() {
-  // Root in a container may lack the right, too.
+  // Even root may lack the permission in a container.
   if (unshare(CLONE_NEWNS) != 0) {
     BecomeRoot();
     Require(unshare(CLONE_NEWNS) == 0, "a mount namespace");

@@ -33,7 +33,7 @@ int MountPrivately(const fs::path& folder) {
 
 class PrivateMounts : public testing::Test {
  protected:
-  /// Runs the work in a child for which the folder is a mount that spreads what is mounted below it.
+  /// Runs the work in a child for which the folder is a shared mount, which propagates the mounts below it.
   void RunBesideSharedMount(const std::function<void()>& work) const {
     Support::ChildProcess child([&] {
       Support::EnterPrivateMounts();
@@ -49,7 +49,7 @@ class PrivateMounts : public testing::Test {
   const fs::path mFolder = mDirectory.Path();
 };
 
-TEST_F(PrivateMounts, AreSeenByTheirProcessOnly) {
+TEST_F(PrivateMounts, AreVisibleOnlyToTheirProcess) {
   RunBesideSharedMount([this] {
     fs::create_directory(mFolder / "work");
     EXPECT_EQ(Support::ChildProcess([this] { return MountPrivately(mFolder / "work"); }).Wait(), 0);
@@ -57,7 +57,7 @@ TEST_F(PrivateMounts, AreSeenByTheirProcessOnly) {
   });
 }
 
-TEST_F(PrivateMounts, AreSeenByTheirProcessOnlyInARootThatIsNoMountPoint) {
+TEST_F(PrivateMounts, AreVisibleOnlyToTheirProcessIfItsRootIsNotAMountPoint) {
   RunBesideSharedMount([this] {
     const fs::path root = mFolder / "root";
     for (const char* name : {"proc", "work"}) fs::create_directories(root / name);

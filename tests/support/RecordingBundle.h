@@ -10,7 +10,8 @@
 
 namespace Support {
 
-/// A catalogue of one text, whatever it is asked for. Keeps the question, and then does what the test wants.
+/// A catalogue that returns one text for every request. Records the request, and then runs an action of the
+/// test.
 class RecordingBundle final : public YResource::Bundle,
                               public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
@@ -29,7 +30,7 @@ class RecordingBundle final : public YResource::Bundle,
     return Answer("string", id, language, defaultText);
   }
 
-  /// What it was asked for last, as in "template 300 1031 default".
+  /// The last request, as in "template 300 1031 default".
   std::string GetQuestion() const { return mQuestion; }
 
  private:

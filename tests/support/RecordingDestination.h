@@ -17,7 +17,7 @@
 
 namespace Support {
 
-/// What a destination was handed. Copies, because text and header last no longer than the call.
+/// What a destination received. These are copies, because text and header are valid only during the call.
 struct Record {
   explicit Record(const char* messageText, const YLog::MessageHeader& header)
       : text(messageText),
@@ -55,7 +55,7 @@ struct Record {
   std::string objectID;
 };
 
-/// Keeps every record, then does what the test wants of it. Threads: any; what it does is set before.
+/// Keeps every record, then runs an action of the test. Threads: any.
 class RecordingDestination final : public YLog::Destination,
                                    public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
@@ -71,7 +71,7 @@ class RecordingDestination final : public YLog::Destination,
     }
     if (mOnMessage) mOnMessage(text, header);
   }
-  /// In its language, and from then on as a ready text.
+  /// Logs the text of the body in the language of this destination.
   void LogMessage(const YLog::MessageHeader& header, const YLog::MessageBody& body) const override {
     LogMessage(body.GetText(GetLanguageID()), header);
   }

@@ -10,7 +10,7 @@
 
 namespace {
 
-TEST(ShellWord, ReachesAProgramAsItWas) {
+TEST(ShellWord, ReachesAProgramUnchanged) {
   const Support::TemporaryDirectory directory;
   const auto output = directory.Path() / "it's \"the\" output";
   for (const std::string text : {"", "a b", "it's", "'", "''", "$HOME `id` \\ \" * ;&|<>\n\t#~"}) {

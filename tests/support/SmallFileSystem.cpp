@@ -34,7 +34,7 @@ void Mount(const std::filesystem::path& folder, std::size_t bytes) {
 
 void RunOnSmallFileSystem(const std::filesystem::path& folder, std::size_t bytes,
                           const std::function<void()>& work) {
-  // The names tell scripts/test-preset.sh which tests to leave out where nothing can be mounted.
+  // scripts/test-preset.sh leaves out the tests with this name if nothing can be mounted.
   ASSERT_THAT(testing::UnitTest::GetInstance()->current_test_suite()->name(),
               testing::EndsWith("OnSmallFileSystem"));
   ChildProcess child([&] {

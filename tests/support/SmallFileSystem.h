@@ -6,9 +6,9 @@
 
 namespace Support {
 
-/// Runs `work`, which may use expectations, in a child process in which a file system of so many bytes, and
-/// no more, is mounted on an empty folder. Nobody else sees it, and it is gone with the child. Where it
-/// cannot be mounted, or an expectation of `work` fails, the calling test fails.
+/// Runs `work`, which may use expectations, in a child process in which a file system of exactly `bytes`
+/// bytes is mounted on an empty folder. No other process sees it, and it is unmounted with the child's end.
+/// If it cannot be mounted, or an expectation of `work` fails, the calling test fails.
 ///
 /// \pre The name of the test suite ends in "OnSmallFileSystem", and the program's entry in its CMakeLists.txt
 /// has MOUNTS "*OnSmallFileSystem.*".

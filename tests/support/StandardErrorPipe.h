@@ -34,7 +34,7 @@ class Pipe {
     ioctl(mEnds[0], FIONREAD, &size);
     return static_cast<std::size_t>(size);
   }
-  /// \pre The end to write to is still open here.
+  /// \pre The writing end is still open in this process.
   bool IsFull() const {
     pollfd end{mEnds[1], POLLOUT, 0};
     return poll(&end, 1, 0) == 0;
@@ -58,7 +58,7 @@ class Pipe {
   int mEnds[2];
 };
 
-/// Standard error of this process leads elsewhere as long as this exists.
+/// Redirects standard error of this process during its lifetime.
 class RedirectedStandardError {
  public:
   explicit RedirectedStandardError(int descriptor) : mSaved(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3)) {

@@ -47,7 +47,7 @@ class Descriptor {
   const int mDescriptor;
 };
 
-/// Opened through the link, as the C library does. Waits for nothing.
+/// A non-blocking connection through the link, which the C library uses as well.
 class Connection {
  public:
   Connection() : mSocket(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0), "socket") {
@@ -86,7 +86,7 @@ void MakePrivateDevices() {
   MountDevice(null, "/dev/null");
   MountDevice(random, "/dev/urandom");
   std::ofstream(CONSOLE).close();
-  // A socket bound in place of the link would be another one after a restart.
+  // A link, because a socket bound under this name would be a different one after a restart.
   Check(symlink(SOCKET, "/dev/log"), "symlink");
 }
 
@@ -106,7 +106,7 @@ SystemLogDaemon::SystemLogDaemon() {
 
 void SystemLogDaemon::WriteConfiguration() const {
   std::ofstream file(mConfiguration);
-  // What the daemon says of itself goes to the default ruleset, which has no action.
+  // The daemon's own messages go to the default ruleset, which has no action.
   file << R"(global(workDirectory=")" << mDirectory.Path().string() << R"(" maxMessageSize="256k"
        parser.escapeControlCharactersOnReceive="off" processInternalMessages="on")
 template(name="record" type="list") {
@@ -131,7 +131,7 @@ void SystemLogDaemon::Start() {
 }
 
 void SystemLogDaemon::Stop() {
-  // What it has not yet read would go with its socket.
+  // Records that the daemon has not read yet would be lost with its socket.
   ReadRecords();
   kill(mProcess->ID(), SIGTERM);
   if (mProcess->Wait() != 0) throw std::runtime_error("the daemon failed");
@@ -146,7 +146,7 @@ void SystemLogDaemon::StopReading() {
   }
 }
 
-void SystemLogDaemon::GoOnReading() {
+void SystemLogDaemon::ResumeReading() {
   kill(mProcess->ID(), SIGCONT);
 }
 

@@ -10,7 +10,7 @@
 
 namespace Support {
 
-/// An rsyslog daemon of the test's own, in a /dev of the test's own.
+/// An rsyslog daemon for one test, in a /dev for the same test.
 ///
 /// From its construction on, the calling thread and those that it starts see a new, small /dev, in which
 /// "log" leads to this daemon and "console" is an empty file. Nothing changes for other processes.
@@ -22,7 +22,7 @@ class SystemLogDaemon {
  public:
   struct Record {
     int mPriority;
-    /// What the C library puts before the text: the name.
+    /// The application's name, which the C library puts before the text.
     std::string mName;
     std::string mText;
 
@@ -32,19 +32,19 @@ class SystemLogDaemon {
   /// Not running yet.
   SystemLogDaemon();
 
-  /// Returns when it takes records.
+  /// Returns when the daemon accepts records.
   void Start();
-  /// Returns when it has ended, with all that was sent before.
+  /// Returns when the daemon has received everything that was sent before, and has ended.
   void Stop();
-  /// It stays there, and so does its socket, but nothing is taken from it.
+  /// The daemon and its socket stay, but nothing is read from the socket.
   void StopReading();
-  void GoOnReading();
+  void ResumeReading();
 
-  /// Sends as many records as the socket holds before the daemon reads them, past the C library. They are
-  /// left out of what `ReadRecords` returns. \pre The daemon has stopped reading.
+  /// Fills the socket with records, without the C library. `ReadRecords` does not return them. \pre The
+  /// daemon has stopped reading.
   void FillUp();
 
-  /// Everything that was sent so far, by whomever.
+  /// Everything that any process has sent so far.
   std::vector<Record> ReadRecords();
 
   /// What was written to the console.

@@ -5,7 +5,7 @@
 
 namespace Support {
 
-/// A new, empty folder that is deleted with all it holds at the end.
+/// A new, empty folder that the destructor deletes with all its content.
 class TemporaryDirectory {
  public:
   TemporaryDirectory();

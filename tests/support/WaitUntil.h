@@ -5,8 +5,8 @@
 
 namespace Support {
 
-/// Looks again and again whether a condition has come about, for a minute at most; false where it has not.
-/// For what happens in another process or in the kernel, and can only be looked at.
+/// Polls until a condition is true, for a minute at most; returns false if it is still not. For events in
+/// another process or in the kernel, which can only be polled.
 template <class Condition>
 bool WaitUntil(Condition condition) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);

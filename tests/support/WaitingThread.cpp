@@ -16,7 +16,7 @@ struct SystemCall {
   std::uintptr_t mFirstArgument = 0;
 };
 
-/// What a thread sleeps in; no call while it runs.
+/// The system call in which a thread sleeps; none while it runs.
 SystemCall CallOf(pid_t thread) {
   std::ifstream file("/proc/self/task/" + std::to_string(thread) + "/syscall");
   SystemCall call;

@@ -6,10 +6,10 @@
 
 namespace Support {
 
-/// The kernel's number of the calling thread.
+/// The kernel's ID of the calling thread.
 pid_t ThreadID();
 
-/// Whether that thread of this process sleeps in the kernel on one of these bytes: on the lock that they are.
+/// Whether that thread of this process sleeps in the kernel on an address within the lock.
 bool IsWaitingOn(pid_t thread, const void* lock, std::size_t size);
 
 /// Whether that thread of this process sleeps in the system call of that number.

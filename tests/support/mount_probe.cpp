@@ -1,4 +1,4 @@
-// Returns 0 if the tests that need mounts of their own can run here, otherwise says why not.
+// Returns 0 if the tests that need their own mounts can run here; otherwise prints the reason.
 
 #include <sys/mount.h>
 
@@ -23,6 +23,6 @@ int MountSomething() {
 }  // namespace
 
 int main() {
-  // In a child process, as most of these tests do: under a sanitizer, only that one may have a second thread.
+  // In a child process, as in most of these tests: under a sanitizer, this process may have a second thread.
   return Support::ChildProcess(MountSomething).Wait();
 }

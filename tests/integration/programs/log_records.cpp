@@ -1,5 +1,5 @@
-// Logs WARM_UP and then COUNT records into one disk file, and says on standard output, after each, that it is
-// safe. A harmless system call before and after the last COUNT marks them in a trace.
+// Logs WARM_UP and then COUNT records into one disk file, and acknowledges each of them on standard output.
+// Harmless system calls before and after the last COUNT records mark them in a trace.
 //
 //     log_records PATH LIMIT BACKUPS WARM_UP COUNT TEXT [quiet]
 

@@ -1,5 +1,5 @@
-// A module with a static object that starts the library and logs into the file that the environment names,
-// while the module is loaded.
+// A module with a static object that starts the library and logs into the file that the environment variable
+// LOG_FILE names, while the module is loaded.
 
 #include <cstdlib>
 
