@@ -32,10 +32,10 @@ constexpr int ROUNDS = 20;
 constexpr int ROUNDS_WITH_MOVES = 10;
 constexpr int KILLS_PER_ROUND = 10;
 constexpr int WRITERS_PER_ROUND = WRITERS + KILLS_PER_ROUND;
-// So many that a round cannot pass 256 rotations, however long a writer lives.
+// Few enough that a round cannot exceed 256 rotations, however long a writer lives.
 constexpr int RECORDS_PER_WRITER = 800;
 
-/// How many of its records each writer has been told are safe: in memory that outlives it.
+/// The number of acknowledged records of each writer, in memory that outlives the writer.
 class Acknowledged {
  public:
   Acknowledged()
@@ -74,7 +74,7 @@ class KilledWriters : public testing::Test {
     for (int number = 0; number < KILLS_PER_ROUND; ++number) {
       while (children.size() < WRITERS) Start(path, children);
       WaitForAMoment(path, number);
-      // At the end all at once, so that the one that is rotating is among them.
+      // The last kill of a round is of all writers at once, so the one that is rotating is among them.
       if (number == KILLS_PER_ROUND - 1 && !mbMovesTheLog) {
         for (const Support::ChildProcess& child : children) kill(child.ID(), SIGKILL);
       }
@@ -95,14 +95,14 @@ class KilledWriters : public testing::Test {
     if (MayBecomeABackupThoughNothingWasEmptied(path.string() + ".part", mMoved)) mbMayHaveDoubled = true;
   }
 
-  /// All writers stand still meanwhile, so what the kill has left can be looked at.
+  /// All writers are stopped meanwhile, so that the files can be examined as the kill has left them.
   void KillAndMoveTheLog(const fs::path& path, std::vector<Support::ChildProcess>& children,
                          std::size_t victim) {
     for (const Support::ChildProcess& child : children) Stop(child.ID());
     const fs::path copy = path.string() + ".part";
     const bool wasFree = !fs::exists(copy) || Support::IsFree(copy);
     children[victim].Kill();
-    // The victim was its maker: locked before, free now.
+    // A copy that was locked before and is free now was made by the victim.
     const bool isLeft = !wasFree && Support::IsFree(copy);
     if (isLeft) ++mCopiesLeft;
     std::vector<fs::path> logs = mMoved;
@@ -116,7 +116,7 @@ class KilledWriters : public testing::Test {
       if (child != victim) kill(children[child].ID(), SIGCONT);
     }
   }
-  /// Whether a copy is complete, and one of these files begins with it.
+  /// Whether the copy is complete, and one of the logs begins with it.
   static bool MayBecomeABackupThoughNothingWasEmptied(const fs::path& copy,
                                                       const std::vector<fs::path>& logs) {
     constexpr auto ANY_READ = fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
@@ -133,7 +133,7 @@ class KilledWriters : public testing::Test {
   }
 
   void RunRounds(int rounds) {
-    // More rounds, within reason, where the moments were never those of a rotation.
+    // If no kill was inside a rotation, up to five times as many rounds.
     for (int round = 0; round < rounds || (mKillsInsideARotation == 0 && round < 5 * rounds); ++round) {
       const Support::TemporaryDirectory directory;
       const fs::path path = directory.Path() / "shared.log";
@@ -149,7 +149,7 @@ class KilledWriters : public testing::Test {
   void CheckRound(const fs::path& path) {
     mFragments = 0;
     {
-      // A last writer, which finishes what the killed ones left.
+      // A last writer finishes the rotation that a killed one may have left.
       Support::DiskFileClient client(path, {.mSize = LIMIT, .mBackups = 256});
       client.Log("last");
     }
@@ -173,13 +173,13 @@ class KilledWriters : public testing::Test {
         [this, &path, writer] { return WriteUntilKilled(path, writer, mAcknowledged[writer]); });
   }
 
-  /// A random number of records from now; for the last kill of a round, when a rotation is under way.
+  /// Waits for a random number of records and, before the last kill of a round, also for a rotation.
   void WaitForAMoment(const fs::path& path, int kill) {
     const int writer = mStarted - 1;
     const int target = static_cast<int>(mRandom() % 300);
     while (mAcknowledged[writer] < target) std::this_thread::yield();
     if (kill < KILLS_PER_ROUND - 1) return;
-    // Bounded by the writers' end: when they have written all, no rotation comes any more.
+    // Ends when the writer has written all its records, after which there may be no rotation.
     while (!fs::exists(path.string() + ".part") && mAcknowledged[writer] < RECORDS_PER_WRITER) {
       std::this_thread::yield();
     }
@@ -203,7 +203,7 @@ class KilledWriters : public testing::Test {
     for (int writer = 0; writer < mStarted; ++writer) {
       for (int number = 0; number < RECORDS_PER_WRITER; ++number) {
         const int count = seen[static_cast<std::size_t>(writer)][static_cast<std::size_t>(number)];
-        // The one under way when its writer was killed may be there or not.
+        // The record that was not yet acknowledged when its writer was killed may be there or not.
         missing += count < (number < mAcknowledged[writer] ? 1 : 0) ? 1 : 0;
         doubled += count > (number <= mAcknowledged[writer] ? 1 : 0) ? 1 : 0;
       }
@@ -217,7 +217,7 @@ class KilledWriters : public testing::Test {
     }
   }
 
-  // Another seed for each run of `--gtest_repeat` with `--gtest_shuffle`.
+  // A different seed for each run of `--gtest_repeat` with `--gtest_shuffle`.
   std::mt19937 mRandom{20240305U + static_cast<unsigned>(testing::UnitTest::GetInstance()->random_seed())};
   Acknowledged mAcknowledged;
   int mStarted = 0;
@@ -234,14 +234,14 @@ class KilledWriters : public testing::Test {
   int mDoubledInTheWindow = 0;
 };
 
-TEST_F(KilledWriters, LoseAndDoubleNoAcknowledgedRecordAndSpoilNoOther) {
+TEST_F(KilledWriters, LoseAndDoubleNoAcknowledgedRecordAndDamageNoOther) {
   RunRounds(ROUNDS);
   EXPECT_GT(mKillsInsideARotation, 0);
   RecordProperty("kills_inside_a_rotation", mKillsInsideARotation);
   RecordProperty("torn_records_set_apart", mFragmentsOfAllRounds);
 }
 
-TEST_F(KilledWriters, LoseNothingThoughTheLogIsMovedAwayAtEachKill) {
+TEST_F(KilledWriters, LoseNothingEvenIfTheLogIsMovedAwayAtEachKill) {
   mbMovesTheLog = true;
   RunRounds(ROUNDS_WITH_MOVES);
   EXPECT_GT(mCopiesLeft + mKillsInsideARotation, 0);

@@ -50,10 +50,10 @@ void WriteFromProcesses(const fs::path& path) {
   for (Support::ChildProcess& child : children) EXPECT_EQ(child.Wait(), 0);
 }
 
-/// Every record once, whole, and in order within its thread.
+/// Expects every record once, whole, and in order within its thread.
 void ExpectEveryRecordInOrder(const std::vector<std::string>& lines) {
   std::map<std::pair<int, int>, int> next;
-  std::size_t spoilt = 0;
+  std::size_t damaged = 0;
   for (const std::string& line : lines) {
     const std::string text = Support::TextOf(line);
     int process = -1;
@@ -61,12 +61,12 @@ void ExpectEveryRecordInOrder(const std::vector<std::string>& lines) {
     int number = -1;
     std::sscanf(text.c_str(), "process %d thread %d number %d ", &process, &thread, &number);
     if (text != Text(process, thread, number)) {
-      ++spoilt;
+      ++damaged;
     } else {
       ASSERT_EQ(number, (next[{process, thread}]++)) << line;
     }
   }
-  EXPECT_EQ(spoilt, 0U);
+  EXPECT_EQ(damaged, 0U);
   EXPECT_EQ(next.size(), static_cast<std::size_t>(PROCESSES * THREADS));
   for (const auto& [writer, count] : next) EXPECT_EQ(count, RECORDS_PER_THREAD) << writer.first;
 }
