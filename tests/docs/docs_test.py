@@ -1,4 +1,4 @@
-"""Faults of documents are found: in links, maps and blocks, and in C++ that does not compile.
+"""The check of the documents reports faults in links, maps and blocks, and C++ that does not compile.
 
 The compiler is the first argument.
 """
@@ -74,15 +74,15 @@ class Docs(unittest.TestCase):
         command = [COMPILER, "-std=c++20", "-fsyntax-only", "-I", self.root / "Log/include", *sources]
         return subprocess.run(command, capture_output=True, text=True, check=False)
 
-    def test_passes_sound_documents(self):
+    def test_accepts_valid_documents(self):
         result = self.run_docs("check")
         self.assertEqual((result.returncode, result.stdout), (0, "Documents: 2, 0 faults.\n"))
 
-    def test_compiles_sound_blocks(self):
+    def test_compiles_valid_blocks(self):
         result = self.compile_blocks()
         self.assertEqual((result.returncode, result.stderr), (0, ""))
 
-    def test_reports_a_block_that_does_not_compile_by_its_place_in_the_document(self):
+    def test_reports_the_line_of_a_block_that_does_not_compile(self):
         self.append("README.md", "\n```cpp\nint Half(const Order& order) {\n  return order.nummer / 2;\n}\n```\n")
         line = (self.root / "README.md").read_text(encoding="utf-8").splitlines().index("  return order.nummer / 2;") + 1
         result = self.compile_blocks()
@@ -94,27 +94,27 @@ class Docs(unittest.TestCase):
         result = self.run_docs("blocks", "sh", "README.md")
         self.assertEqual((result.returncode, result.stdout), (0, "make a  # first\nmake b\n"))
 
-    def test_finds_a_link_that_leads_nowhere(self):
+    def test_reports_a_broken_link(self):
         self.append("docs/architecture.md", "See [this](missing.md).\n")
         self.assert_fault("docs/architecture.md:6: the link to missing.md leads nowhere")
 
-    def test_finds_a_public_header_that_no_map_names(self):
+    def test_reports_a_public_header_that_is_in_no_map(self):
         self.write("Foundation/YBase/include/YBase/New.h", "")
         self.assert_fault("docs/architecture.md:1: does not describe `YBase/New.h`")
 
-    def test_finds_a_block_of_no_known_language(self):
+    def test_reports_a_block_in_an_unknown_language(self):
         self.append("README.md", "\n```\nint hidden;\n```\n")
         self.assert_fault("a block must be one of cmake, cpp, json, sh, text, not ''")
 
-    def test_finds_a_block_that_differs_from_its_file(self):
+    def test_reports_a_block_that_differs_from_its_file(self):
         self.write("examples/first.cpp", "int main() { return 1; }\n")
         self.assert_fault("differs from examples/first.cpp")
 
-    def test_finds_a_block_whose_file_is_gone(self):
+    def test_reports_a_block_whose_file_is_missing(self):
         (self.root / "examples/first.cpp").unlink()
         self.assert_fault("no file examples/first.cpp")
 
-    def test_refuses_a_block_without_an_end(self):
+    def test_refuses_an_unterminated_block(self):
         self.append("README.md", "\n```cpp\nint open;\n")
         result = self.run_docs("check")
         self.assertEqual(result.returncode, 1)

@@ -1,4 +1,4 @@
-"""What is installed is complete, holds nothing internal, and exports only what the public face needs.
+"""The installation is complete, contains nothing internal, and exports only what the public headers need.
 
 Arguments: the source tree, the prefix of the installation, the version.
 """
@@ -16,12 +16,12 @@ MAJOR, MINOR, _ = VERSION.split(".")
 SONAME = f"libYLog.so.0.{MINOR}" if MAJOR == "0" else f"libYLog.so.{MAJOR}"
 
 NAMES = {"YBase", "YDataType", "YFileSystem", "YLog", "YResource", "YSynch"}
-# A vtable, a type's information and so on belong to the class that they are made for.
+# A vtable, type information and so on belong to the class that they describe.
 PREFIXES = r"(?:(?:vtable|VTT|typeinfo|typeinfo name|construction vtable|virtual thunk|non-virtual thunk|guard variable)" \
            r" (?:for|to) )?"
 OURS = re.compile(PREFIXES + r"(?:[\w:<>*&, ]+ )?(?:" + "|".join(sorted(NAMES)) + r")::")
-# What the compiler makes of the standard library's templates is exported weakly by every shared object. Told by
-# the mangled name, which begins with the namespace, whatever the result's type is.
+# Every shared object exports its instances of the standard library's templates weakly. The mangled name identifies
+# them: it begins with the namespace, even where the demangled name begins with a return type.
 STANDARD = re.compile(r"_Z(?:T[VTISC]|GV|Z)?N?[VK]*(?:S[absiodt]|9__gnu_cxx)")
 
 
@@ -34,7 +34,7 @@ def library():
 
 
 def exported_symbols():
-    """The demangled names of what the library exports beside weak parts of the standard library."""
+    """The demangled names of the exported symbols, without weak ones of the standard library."""
     lines = output_of("nm", "--dynamic", "--defined-only", library()).splitlines()
     symbols = [line.split()[1:] for line in lines]
     own = [name for kind, name in symbols if not (kind in "WVu" and STANDARD.match(name))]
@@ -47,7 +47,7 @@ def public_headers():
 
 
 class Content(unittest.TestCase):
-    def test_installs_each_public_header_and_the_export_headers_and_no_other(self):
+    def test_installs_exactly_the_public_headers_and_the_export_headers(self):
         exports = {pathlib.Path(name, "Export.h") for name in NAMES}
         include = PREFIX / "include"
         installed = {path.relative_to(include) for path in include.rglob("*") if path.is_file()}
@@ -65,19 +65,19 @@ class Content(unittest.TestCase):
         self.assertIn(f"soname: [{SONAME}]", dynamic)
         self.assertRegex(dynamic, r"runpath: \[\$ORIGIN\]")
 
-    def test_needs_no_library_but_the_listed_ones_and_those_of_compiler_and_system(self):
+    def test_needs_only_the_listed_libraries_and_those_of_compiler_and_system(self):
         dynamic = output_of("readelf", "--dynamic", "--wide", library())
         needed = set(re.findall(r"Shared library: \[([\w+-]+)\.so", dynamic))
         system = {"libc", "libm", "libstdc++", "libgcc_s", "ld-linux-x86-64", "ld-linux-aarch64"}
         self.assertLessEqual(needed - system, {"libjsoncpp", "libicuuc", "libicudata"})
 
-    def test_text_files_name_no_folder_of_the_build(self):
+    def test_text_files_contain_no_path_of_the_source_tree(self):
         for path in [*PREFIX.rglob("*.cmake"), *PREFIX.rglob("*.pc")]:
             self.assertNotIn(str(SOURCES), path.read_text(encoding="utf-8"), path)
 
 
 class Symbols(unittest.TestCase):
-    def test_exports_the_public_face(self):
+    def test_exports_the_public_classes_and_functions(self):
         names = {name.split("(")[0] for name in exported_symbols()}
         expected = {"YLog::CreateRouter", "YLog::Initializer::Initializer", "YBase::WideCharToUTF8",
                     "typeinfo for YLog::Exception", "vtable for YLog::Destination"}

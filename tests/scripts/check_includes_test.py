@@ -1,4 +1,4 @@
-"""The include check passes a tree that keeps the rules and names each way of breaking them."""
+"""The include check accepts a tree that follows the rules and reports each kind of violation."""
 
 import pathlib
 import subprocess
@@ -8,7 +8,7 @@ import unittest
 
 CHECK = pathlib.Path(__file__).parents[2] / "scripts" / "check-includes.py"
 
-SOUND_TREE = {
+VALID_TREE = {
     "Foundation/YBase/include/YBase/Text.h": "#include <string>\n",
     "Foundation/YBase/src/Tables.h": "",
     "Foundation/YBase/src/Text.cpp": '#include <YBase/Text.h>\n#include "Tables.h"\n#include <utf8.h>\n',
@@ -25,9 +25,9 @@ SOUND_TREE = {
 
 
 def check(changes):
-    """Runs the check on the sound tree with some files replaced or added: its exit status and its output."""
+    """Runs the check on the valid tree with some files replaced or added. Returns its exit status and its output."""
     with tempfile.TemporaryDirectory() as folder:
-        for name, text in (SOUND_TREE | changes).items():
+        for name, text in (VALID_TREE | changes).items():
             path = pathlib.Path(folder, name)
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_text(text, encoding="utf-8")
@@ -42,21 +42,21 @@ class CheckIncludes(unittest.TestCase):
         self.assertIn(f"{name}:1: {reason}", output)
         self.assertIn(" 1 violations.", output)
 
-    def test_passes_a_tree_that_keeps_the_rules(self):
+    def test_accepts_a_tree_that_follows_the_rules(self):
         status, output = check({})
         self.assertEqual(status, 0, output)
-        self.assertIn(f"{len(SOUND_TREE)} files, 0 violations.", output)
+        self.assertIn(f"{len(VALID_TREE)} files, 0 violations.", output)
 
-    def test_refuses_a_foundation_library_that_climbs(self):
+    def test_refuses_a_foundation_library_that_includes_a_higher_one(self):
         self.assert_refused(
             "Foundation/YBase/src/Up.cpp", "#include <YSynch/Lock.h>\n", "YBase must not include <YSynch/Lock.h>")
 
-    def test_refuses_foundation_libraries_that_know_their_neighbour(self):
+    def test_refuses_a_foundation_library_that_includes_one_of_its_layer(self):
         self.assert_refused(
             "Foundation/YResource/src/Side.cpp", "#include <YFileSystem/Path.h>\n",
             "YResource must not include <YFileSystem/Path.h>")
 
-    def test_refuses_a_foundation_library_that_knows_the_logging_library(self):
+    def test_refuses_a_foundation_library_that_includes_the_logging_library(self):
         self.assert_refused(
             "Foundation/YSynch/src/Up.cpp", "#include <YLog/Logger.h>\n", "YSynch must not include <YLog/Logger.h>")
 
@@ -64,21 +64,21 @@ class CheckIncludes(unittest.TestCase):
         self.assert_refused(
             "Foundation/YSynch/src/Deep.cpp", '#include "Tables.h"\n', '"Tables.h" is no file that this one may name')
 
-    def test_refuses_subsystems_that_see_each_other(self):
+    def test_refuses_a_subsystem_that_includes_another_one(self):
         self.assert_refused(
             "Log/Core/Router.cpp", '#include "Destinations/Disk.h"\n', 'Core must not include "Destinations/Disk.h"')
 
-    def test_refuses_a_subsystem_that_knows_the_module(self):
+    def test_refuses_a_subsystem_that_includes_the_module(self):
         changes = {"Log/Module/Module.h": "", "Log/Core/Router.cpp": '#include "Module/Module.h"\n'}
         status, output = check(changes)
         self.assertEqual(status, 1)
         self.assertIn('Core must not include "Module/Module.h"', output)
 
-    def test_refuses_masking_that_needs_the_door(self):
+    def test_refuses_masking_that_includes_the_interface_of_the_module(self):
         self.assert_refused(
             "Log/Masking/Mask.cpp", '#include "ModuleMain.h"\n', 'Masking must not include "ModuleMain.h"')
 
-    def test_refuses_a_door_that_looks_into_a_subsystem(self):
+    def test_refuses_an_interface_of_the_module_that_includes_a_subsystem(self):
         status, output = check({"Log/ModuleMain.h": '#include "Destinations/Disk.h"\n'})
         self.assertEqual(status, 1)
         self.assertIn('ModuleMain.h must not include "Destinations/Disk.h"', output)
@@ -98,17 +98,17 @@ class CheckIncludes(unittest.TestCase):
                 "Foundation/YBase/include/YBase/Heavy.h", f"#include <{header}>\n",
                 f"a public header takes in <{header}>")
 
-    def test_refuses_an_example_that_knows_what_is_not_installed(self):
+    def test_refuses_an_example_that_includes_a_header_that_is_not_installed(self):
         self.assert_refused(
             "examples/deep.cpp", '#include "Core/Logger_Impl.h"\n',
             '"Core/Logger_Impl.h" is no file that this one may name')
 
-    def test_refuses_a_circle_of_files(self):
+    def test_refuses_files_that_include_each_other(self):
         status, output = check({"Log/Core/A.h": '#include "Core/B.h"\n', "Log/Core/B.h": '#include "Core/A.h"\n'})
         self.assertEqual(status, 1)
         self.assertIn("Log/Core/A.h > Log/Core/B.h > Log/Core/A.h", output)
 
-    def test_refuses_a_folder_that_no_rule_knows(self):
+    def test_refuses_a_folder_without_a_rule(self):
         self.assert_refused("Log/Misc/Thing.cpp", "", "no rule knows the folder 'Misc'")
 
     def test_refuses_a_tree_without_sources(self):

@@ -1,4 +1,4 @@
-"""The check of static objects passes those that are there from the beginning, and names each that is made later."""
+"""The check of static objects accepts those that exist from the beginning, and reports those created later."""
 
 import os
 import pathlib
@@ -12,7 +12,7 @@ FOLDERS = {
     "ybase": "Foundation/YBase", "ysynch": "Foundation/YSynch", "ydatatype": "Foundation/YDataType",
     "yfilesystem": "Foundation/YFileSystem", "yresource": "Foundation/YResource", "ylog": "Log",
 }
-SOUND = """
+VALID = """
 struct Lock { constexpr Lock() {} ~Lock(); };
 constinit Lock gsLock;
 constinit thread_local int gsCount = 0;
@@ -30,7 +30,7 @@ def compile_object(build, library, source):
 
 
 def check(sources):
-    """Runs the check on a build of these sources: its exit status and its output."""
+    """Runs the check on a build of these sources. Returns its exit status and its output."""
     with tempfile.TemporaryDirectory() as folder:
         for library, source in sources.items():
             compile_object(pathlib.Path(folder), library, source)
@@ -40,13 +40,13 @@ def check(sources):
 
 class CheckStatics(unittest.TestCase):
     def assert_refused(self, source, reason):
-        status, output = check(dict.fromkeys(FOLDERS, SOUND) | {"ydatatype": source})
+        status, output = check(dict.fromkeys(FOLDERS, VALID) | {"ydatatype": source})
         self.assertEqual(status, 1, output)
         self.assertIn(f"Foundation/YDataType/CMakeFiles/ydatatype.dir/src/File.cpp.o: {reason}", output)
         self.assertIn(" 6 object files, 1 violations.", output)
 
-    def test_passes_objects_that_are_constant_or_made_at_load(self):
-        self.assertEqual(check(dict.fromkeys(FOLDERS, SOUND)), (0, "Static objects: 6 object files, 0 violations.\n"))
+    def test_accepts_objects_that_are_constant_or_created_at_load(self):
+        self.assertEqual(check(dict.fromkeys(FOLDERS, VALID)), (0, "Static objects: 6 object files, 0 violations.\n"))
 
     def test_refuses_a_static_object_of_a_function(self):
         self.assert_refused(
@@ -58,24 +58,24 @@ class CheckStatics(unittest.TestCase):
             "struct Lock { Lock(); }; inline Lock& Get() { static Lock lock; return lock; } Lock& Use() { return Get(); }",
             "Get()::lock is made at its first use")
 
-    def test_refuses_a_thread_local_object_that_is_made_at_its_first_use(self):
+    def test_refuses_a_thread_local_object_that_is_created_at_its_first_use(self):
         self.assert_refused(
             "int Count(); thread_local int gsCount = Count(); int Get() { return gsCount; }",
             "a thread_local object is made at its first use (__tls_init)")
 
-    def test_refuses_something_that_is_made_once(self):
+    def test_refuses_initialisation_by_pthread_once(self):
         self.assert_refused(
             "#include <pthread.h>\nvoid Make(); pthread_once_t gsOnce; void Use() { pthread_once(&gsOnce, Make); }",
             "something is made at its first use (pthread_once)")
 
-    def test_names_a_thread_local_object_with_a_destructor(self):
+    def test_reports_a_thread_local_object_with_a_destructor(self):
         source = "struct Lock { constexpr Lock() {} ~Lock(); }; thread_local Lock gsLock; Lock& Get() { return gsLock; }"
-        status, output = check(dict.fromkeys(FOLDERS, SOUND) | {"ylog": source})
+        status, output = check(dict.fromkeys(FOLDERS, VALID) | {"ylog": source})
         self.assertEqual(status, 1)
         self.assertIn("a thread_local object has a destructor (__cxa_thread_atexit)", output)
 
     def test_refuses_a_folder_that_lacks_a_library(self):
-        status, output = check({library: SOUND for library in FOLDERS if library != "yresource"})
+        status, output = check({library: VALID for library in FOLDERS if library != "yresource"})
         self.assertEqual(status, 1)
         self.assertIn("no object files of yresource", output)
 

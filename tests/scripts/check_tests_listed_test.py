@@ -1,4 +1,4 @@
-"""The check for forgotten tests finds a file that nothing builds, and a folder that nothing enters."""
+"""The check for forgotten tests reports a file that is not built, and a folder that is not added to the build."""
 
 import pathlib
 import subprocess
@@ -8,7 +8,7 @@ import unittest
 
 CHECK = pathlib.Path(__file__).parents[2] / "scripts" / "check-tests-listed.py"
 
-SOUND_TREE = {
+VALID_TREE = {
     "CMakeLists.txt": "add_subdirectory(tests)\n",
     "tests/CMakeLists.txt": "add_library(s support/Read.cpp)\nadd_subdirectory(Log)\n",
     "tests/support/Read.cpp": "",
@@ -24,7 +24,7 @@ SOUND_TREE = {
 
 def check(changes):
     with tempfile.TemporaryDirectory() as folder:
-        for name, text in (SOUND_TREE | changes).items():
+        for name, text in (VALID_TREE | changes).items():
             path = pathlib.Path(folder, name)
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_text(text, encoding="utf-8")
@@ -33,20 +33,20 @@ def check(changes):
 
 
 class CheckTestsListed(unittest.TestCase):
-    def test_passes_a_tree_whose_files_are_all_named(self):
+    def test_accepts_a_tree_whose_files_are_all_listed(self):
         self.assertEqual(check({}), (0, "Tests: 5 files, 0 forgotten.\n"))
 
-    def test_finds_a_file_that_is_not_named(self):
+    def test_reports_a_file_that_is_not_listed(self):
         status, output = check({"tests/Log/Core/C_test.cpp": ""})
         self.assertEqual(status, 1)
         self.assertIn("tests/Log/Core/C_test.cpp: named by no CMakeLists.txt", output)
 
-    def test_finds_a_file_that_is_commented_out(self):
+    def test_reports_a_file_that_is_commented_out(self):
         status, output = check({"tests/CMakeLists.txt": "add_subdirectory(Log)\n# support/Read.cpp\n"})
         self.assertEqual(status, 1)
         self.assertIn("tests/support/Read.cpp: ", output)
 
-    def test_finds_the_files_of_a_folder_that_is_not_entered(self):
+    def test_reports_the_files_of_a_folder_that_is_not_added(self):
         status, output = check({"tests/CMakeLists.txt": "add_library(s support/Read.cpp)\n"})
         self.assertEqual(status, 1)
         self.assertIn("4 forgotten", output)

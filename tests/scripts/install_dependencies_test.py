@@ -1,6 +1,6 @@
-"""install-dependencies.sh installs what is missing, or ends with a sentence that names what it could not install.
+"""install-dependencies.sh installs missing packages, or ends with a message that names those it could not install.
 
-Debian's own programs are replaced by small ones, which keep the installed packages in a file.
+Small programs replace Debian's own, and keep the installed packages in a file.
 """
 
 import os
@@ -16,7 +16,7 @@ DPKG_QUERY = """#!/bin/sh
 for name; do :; done
 if grep --quiet --line-regexp "$name" "$STATE/installed"; then echo installed; else exit 1; fi
 """
-# Installs everything that it is given, unless there is no network.
+# Installs every package that it is given, unless there is no network.
 APT_GET = """#!/bin/sh
 echo "apt-get $*" >>"$STATE/calls"
 case "$*" in
@@ -55,18 +55,18 @@ class InstallDependencies(unittest.TestCase):
         environment = {"PATH": f"{self.state}/bin:{os.environ['PATH']}", "STATE": str(self.state)}
         return subprocess.run([SCRIPT, *groups], env=environment, capture_output=True, text=True, check=False)
 
-    def test_installs_nothing_where_nothing_is_missing(self):
+    def test_installs_nothing_if_nothing_is_missing(self):
         self.set_installed(BUILD)
         result = self.run_script("build")
         self.assertEqual((result.returncode, self.calls()), (0, []))
 
-    def test_installs_what_is_missing(self):
+    def test_installs_missing_packages(self):
         self.set_installed(BUILD[1:])
         result = self.run_script("build")
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertTrue(self.calls()[-1].endswith(f" {BUILD[0]}"), self.calls())
 
-    def test_ends_with_what_is_missing_where_there_is_no_network(self):
+    def test_names_the_missing_packages_if_there_is_no_network(self):
         self.set_installed(BUILD[2:])
         (self.state / "no-network").touch()
         result = self.run_script("build")

@@ -1,6 +1,6 @@
-"""test-preset.sh runs every test where it can. Otherwise it says which it leaves out, why, and how to run them.
+"""test-preset.sh runs every test if it can. Otherwise it reports which it leaves out, why, and how to run them.
 
-CMake, CTest and the probe are replaced by small programs: what they do is tested elsewhere.
+Small programs replace CMake, CTest and the probe, which have their own tests.
 """
 
 import os
@@ -16,7 +16,7 @@ CMAKE = """#!/bin/sh
 echo "Preset CMake variables: of no interest"
 echo "a warning of CMake" >&2
 """
-# Notes what it is asked to run; lists three tests.
+# Records its arguments; lists three tests.
 CTEST = """#!/bin/sh
 case "$*" in
 *--show-only*--label-regex*) echo "Total Tests: 3" ;;
@@ -55,14 +55,14 @@ class TestPreset(unittest.TestCase):
     def ctest_arguments(self):
         return (self.root / "ctest-arguments").read_text(encoding="utf-8")
 
-    def test_runs_every_test_where_mounts_are_permitted(self):
+    def test_runs_every_test_if_mounts_are_permitted(self):
         result = self.run_script(PERMITTED, "-R", "DiskFile")
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertNotIn("mounts", self.ctest_arguments())
         self.assertTrue(self.ctest_arguments().endswith(" -R DiskFile\n"), self.ctest_arguments())
         self.assertNotIn("left out", result.stdout)
 
-    def test_says_before_and_after_the_run_what_it_leaves_out_and_why_and_how_to_run_it(self):
+    def test_reports_before_and_after_the_run_which_tests_it_leaves_out_and_why_and_how_to_run_them(self):
         result = self.run_script(REFUSED)
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertIn(" --label-exclude ^mounts$", self.ctest_arguments())
@@ -70,7 +70,7 @@ class TestPreset(unittest.TestCase):
         self.assertIn("(a user namespace: Operation not permitted)", result.stdout)
         self.assertIn("sudo ctest --preset dev --label-regex mounts", result.stdout)
 
-    def test_fails_with_the_tests_whatever_it_leaves_out(self):
+    def test_fails_if_a_test_fails_whether_or_not_it_leaves_any_out(self):
         for probe in (PERMITTED, REFUSED):
             self.assertEqual(self.run_script(probe, ctest_status=8).returncode, 8)
 

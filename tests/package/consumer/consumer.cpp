@@ -1,5 +1,5 @@
-// A program of somebody who has nothing but the installed library: it logs one record to a file, reads it
-// back, and catches what the library throws.
+// A client's program that uses only the installed library: it logs one record to a file, reads it back, and
+// catches what the library throws.
 
 #include <unistd.h>
 
@@ -43,7 +43,7 @@ bool RecordIsThereWhenTheCallReturns() {
          Check(text.ends_with("] 12 orders\n"), "the record ends with its text");
 }
 
-// Its type information must be the same in the library and here.
+// The type information of the exception must be the same in the library and here.
 template <class Exception>
 bool RefusalIsCaughtAs(const char* type) {
   const std::wstring tooLong = L"/tmp/" + std::wstring(10'000, L'x');
