@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Up to the first NUL, where a text of C ends.
+/// The text up to the first NUL, as C strings end there.
 std::string ConsumeText(FuzzedDataProvider& input, std::size_t maximumSize) {
   return input.ConsumeRandomLengthString(maximumSize).c_str();
 }
@@ -26,8 +26,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   Fuzz::Require(YLog::ReplaceSensitiveMessage(text.c_str(), tagName.c_str(), replacement.c_str()) ==
                     Support::MaskAttributeSlowly(text, tagName, replacement),
-                "attributes are masked as the slow reference does");
+                "attributes are masked as by the reference");
   Fuzz::Require(YLog::ReplaceSensitiveMessageInHTTP(text.c_str()) == Support::MaskHTTPSlowly(text),
-                "bodies are masked as the slow reference does");
+                "bodies are masked as by the reference");
   return 0;
 }

@@ -7,7 +7,7 @@
 
 #include "Require.h"
 
-// The first byte says how many arguments there are, the rest is the template.
+// The first byte is the number of arguments, the rest is the template.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
   const std::string_view text(reinterpret_cast<const char*>(data) + 1, size - 1);

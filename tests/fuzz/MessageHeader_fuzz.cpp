@@ -12,7 +12,7 @@ void TextLineReadsBackAsItself(const YLog::MessageHeader& header) {
   const std::string text = header.ToString();
   const auto again = YLog::CreateMessageHeader();
   Fuzz::Require(again->FromString(text.c_str()) == text.size(), "a text line is read to its end");
-  Fuzz::Require(again->ToString() == text, "a text line that was read is written the same");
+  Fuzz::Require(again->ToString() == text, "a text line that was read is written unchanged");
 }
 
 }  // namespace
@@ -23,9 +23,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string before = header->ToString();
 
   const unsigned count = header->FromString(line.c_str());
-  Fuzz::Require(count <= line.size(), "no more is read than there is");
+  Fuzz::Require(count <= line.size(), "no more is read than the text contains");
   if (count == 0) {
-    Fuzz::Require(header->ToString() == before, "a line that is no header changes nothing");
+    Fuzz::Require(header->ToString() == before, "a line that is not a header changes nothing");
   } else {
     TextLineReadsBackAsItself(*header);
   }

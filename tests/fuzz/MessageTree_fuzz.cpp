@@ -18,7 +18,7 @@ namespace {
 constexpr unsigned DOMAIN = 7;
 constexpr unsigned short GERMAN = 0x0007;
 
-/// Knows a text for each fourth ID in German, and for each eighth in no language in particular.
+/// The catalogue has a German text for every fourth ID, and a neutral one for every eighth.
 void RegisterCatalogue() {
   const auto bundle = YResource::CreateMemoryBundle(DOMAIN);
   for (unsigned id = 0; id < 256; id += 4) bundle->SetText(id, GERMAN, "deutsch");
@@ -26,7 +26,7 @@ void RegisterCatalogue() {
   YResource::RegisterBundle(DOMAIN, bundle);
 }
 
-/// Each byte is a step: its low bits say what to do, the others to which ID.
+/// Each byte is a step: its low bits are the action, the others the ID.
 YBase::Message MakeTree(std::string_view steps) {
   YBase::Message tree;
   YBase::MessageCursor cursor(tree);
@@ -58,7 +58,7 @@ YBase::Message MakeTree(std::string_view steps) {
 
 }  // namespace
 
-// The first byte says how the rest is shared between a message and its localized twin.
+// The first byte determines how the rest is divided between a message and its localized twin.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const bool sIsRegistered = (RegisterCatalogue(), true);
   Fuzz::Require(sIsRegistered, "the catalogue is registered");
@@ -79,7 +79,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string rendered = body->GetText(GERMAN);
   const std::string neutral = YBase::FormatMessage(message, 0);
   const YBase::Message& merged = body->GetMessage();
-  Fuzz::Require(YBase::FormatMessage(merged, GERMAN) == rendered, "what was merged renders as before");
-  Fuzz::Require(message.GetMessage().empty() || !neutral.empty(), "what has a text has one in every form");
+  Fuzz::Require(YBase::FormatMessage(merged, GERMAN) == rendered, "the merged message renders as before");
+  Fuzz::Require(message.GetMessage().empty() || !neutral.empty(),
+                "a message with a text also renders in the neutral language");
   return 0;
 }

@@ -9,11 +9,11 @@
 namespace {
 
 void CheckRecord(const std::string& record) {
-  Fuzz::Require(record.find('\r') == std::string::npos, "no carriage return is left");
+  Fuzz::Require(record.find('\r') == std::string::npos, "no carriage return remains");
   Fuzz::Require(record.find("\n\n") == std::string::npos, "no line is empty");
-  Fuzz::Require(!record.ends_with('\n'), "no line end is left at the end");
+  Fuzz::Require(!record.ends_with('\n'), "no line feed remains at the end");
   Fuzz::Require(YLog::FormatMultiLineMessageText(0, nullptr, record.c_str()) == record,
-                "laid out twice is the same");
+                "laying out a record again does not change it");
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 
 namespace Fuzz {
 
-/// Ends the program, so that libFuzzer keeps the input, where a property does not hold.
+/// Ends the program if a property does not hold, so that libFuzzer keeps the input.
 inline void Require(bool holds, const char* property) {
   if (holds) return;
   std::fprintf(stderr, "does not hold: %s\n", property);
