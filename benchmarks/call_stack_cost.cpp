@@ -1,5 +1,5 @@
-// What call stacks cost in time and memory: the first of a process, later ones, and forty threads at once. A
-// program of its own, since there is one first stack in a process, and memory is what matters most.
+// The cost of call stacks in time and memory: the first one of a process, later ones, and forty threads at
+// once. A separate program, because a process has only one first stack, and memory matters most.
 
 #include <unistd.h>
 
@@ -23,7 +23,7 @@ long GetResidentKiB() {
   return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
-/// Prints what the work costs, the time divided by how often it is done.
+/// Prints the cost of the work: the time divided by `count`, and the memory.
 template <class Work>
 void Measure(const char* name, int count, Work work) {
   const long before = GetResidentKiB();
@@ -40,7 +40,7 @@ void Take(int count) {
   }
 }
 
-/// Threads that end together, so that all of their memory is there at the end of the work.
+/// The threads end together, so that the memory of all of them is in use at the end of the work.
 void TakeInThreads(int threadCount, int count) {
   std::latch done(threadCount);
   std::vector<std::jthread> threads;

@@ -1,4 +1,4 @@
-// A statement whose router is disabled, beside a peer's whose level is off.
+// A statement whose router is disabled, compared with a peer's whose level is off.
 
 #include <benchmark/benchmark.h>
 #include <spdlog/sinks/null_sink.h>

@@ -1,4 +1,4 @@
-// Header and text laid out as one record in memory, beside a peer with a pattern of the same fields.
+// Header and text laid out as one record in memory, compared with a peer whose pattern has the same fields.
 
 #include <benchmark/benchmark.h>
 #include <spdlog/details/log_msg.h>

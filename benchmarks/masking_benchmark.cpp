@@ -1,7 +1,8 @@
-// What masking costs a byte, for texts from 10 kB to 10 MB with a value in every 100 bytes. The bytes per
-// second must not fall with the length by more than caches and the allocator explain: where it gives the
-// memory of a result back to the system, the next result pays for every page of it. MALLOC_TRIM_THRESHOLD_
-// and MALLOC_MMAP_THRESHOLD_ in the environment, both above the longest text, keep it from that.
+// The cost of masking per byte, for texts from 10 kB to 10 MB with a value in every 100 bytes. The bytes per
+// second must not fall with the length by more than caches and the allocator explain: if the allocator
+// returns the memory of a result to the system, the next result pays for every page of it.
+// MALLOC_TRIM_THRESHOLD_ and MALLOC_MMAP_THRESHOLD_ in the environment, both above the longest text, prevent
+// that.
 
 #include <cstddef>
 #include <cstdint>
@@ -13,7 +14,7 @@
 
 namespace {
 
-/// A text of `size` bytes in which `entry` stands at every 100th.
+/// A text of `size` bytes with `entry` at every 100th.
 std::string RepeatEntry(std::size_t size, const std::string& entry) {
   std::string text;
   text.reserve(size);
@@ -45,14 +46,14 @@ void Sizes(benchmark::internal::Benchmark* benchmark) {
 }
 
 BENCHMARK_CAPTURE(MaskHTTPBody, values, R"({"user":"ann","password":"s3cret"},)", "")->Apply(Sizes);
-// No escaped quote before the very end: a search for the next one would run there from every value.
+// The only escaped quote is at the very end, so a search for the next one would run there from every value.
 BENCHMARK_CAPTURE(MaskHTTPBody, values_and_one_escaped_quote, R"("password":"s3cret")", R"(\")")
     ->Apply(Sizes);
 BENCHMARK_CAPTURE(MaskHTTPBody, escaped_quotes, R"("password":"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"\"")", "")
     ->Apply(Sizes);
 BENCHMARK_CAPTURE(MaskHTTPBody, nothing_to_mask, R"({"user":"ann","pass":"s3cret"},)", "")->Apply(Sizes);
 BENCHMARK_CAPTURE(MaskAttributes, values, R"( user="ann" pwd="s3cret")", "pwd")->Apply(Sizes);
-// The text keeps beginning the pattern and never ends it.
+// The text begins the pattern again and again, and never completes it.
 BENCHMARK_CAPTURE(MaskAttributes, blanks, std::string(100, ' '), std::string(1000, ' '))->Apply(Sizes);
 
 }  // namespace

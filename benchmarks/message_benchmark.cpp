@@ -1,5 +1,5 @@
-// What it costs to say something by its ID, in a language that a catalogue knows or does not know, beside a
-// plain text. The destination lays out the header and keeps nothing, so that the kernel does not hide the
+// The cost of logging by message ID, in a language that the catalogue has or lacks, compared with a plain
+// text. The destination lays out the header but writes nothing, so that the kernel does not hide the
 // difference.
 
 #include <benchmark/benchmark.h>

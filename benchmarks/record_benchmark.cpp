@@ -1,5 +1,6 @@
-// A record that is with the kernel when the call returns: here, at a peer that flushes each one (and neither
-// looks at its file nor shares it between processes), and the bare write of the same bytes.
+// A record that the kernel has received when the call returns: with this library, with a peer that flushes
+// each one (and neither checks its file nor shares it between processes), and with the bare write of the same
+// bytes.
 
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
