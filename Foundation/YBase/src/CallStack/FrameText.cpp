@@ -78,7 +78,9 @@ std::string WithoutFolderBeforeRoot(const std::string& path) {
 }
 
 std::wstring DescribePosition(const StackFrame& frame) {
-  return UTF8ToWideChar(WithoutFolderBeforeRoot(frame.file).c_str()) + L':' + std::to_wstring(frame.line);
+  // Not `std::to_wstring`: it takes a lock of the C library, which may stay locked in a child of a fork.
+  const std::string line = std::to_string(frame.line);
+  return UTF8ToWideChar((WithoutFolderBeforeRoot(frame.file) + ':' + line).c_str());
 }
 
 bool BreaksLine(wchar_t character) noexcept {
