@@ -4,7 +4,7 @@ include(GenerateExportHeader)
 #
 # An object library that becomes part of the one shared object. Its public headers, below
 # include/<Name>/, join the header set of YLog, which builds, checks and installs each of them.
-# DEPENDS are the libraries of this tree that it stands on, LIBRARIES what only its sources need.
+# DEPENDS are the libraries of this tree that it uses, LIBRARIES what only its sources need.
 function(ylog_library target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "NAME" "HEADERS;SOURCES;DEPENDS;LIBRARIES")
   set(generated ${CMAKE_CURRENT_BINARY_DIR}/include)

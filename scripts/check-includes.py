@@ -26,7 +26,6 @@ BELOW_SUBSYSTEMS = PUBLIC_FACE | {"ModuleMain.h", "Masking", "Statistics"}
 SUBSYSTEMS = {"MessageModel", "Core", "Destinations"}
 ALLOWED |= {unit: BELOW_SUBSYSTEMS for unit in SUBSYSTEMS}
 ALLOWED["Module"] = BELOW_SUBSYSTEMS | SUBSYSTEMS
-# Clients know the installed headers only.
 ALLOWED |= {"examples": PUBLIC_FACE}
 
 HEAVY = re.compile(r"(iostream|regex|filesystem|boost/.*|unicode/.*|json/.*|nlohmann/.*|utf8.*)$")
@@ -66,9 +65,10 @@ def collect(root):
     return files
 
 
-def public_headers(files):
-    """By the name under which they are included, such as "YBase/Message.h"."""
-    return {"/".join(path.parts[-2:]): path for path, file in files.items() if file.is_public}
+def named_headers(files):
+    """By the name in angle brackets, such as "YBase/Message.h": public headers, and those in src/YBase/."""
+    return {"/".join(path.parts[-2:]): file for path, file in files.items()
+            if file.is_public or path.parts[2:-1] == ("src", file.unit)}
 
 
 def find_quoted(file, name, files):
@@ -86,7 +86,7 @@ class Checker:
     def __init__(self, root):
         self.root = root
         self.files = collect(root)
-        self.public = public_headers(self.files)
+        self.named = named_headers(self.files)
         self.violations = []
         self.edges = {path: [] for path in self.files}
 
@@ -119,8 +119,11 @@ class Checker:
         if file.is_public and HEAVY.match(name):
             yield f"a public header takes in <{name}>"
         unit = name.split("/")[0]
-        if name in self.public:
-            self.edges[file.path].append(self.public[name])
+        if name in self.named:
+            target = self.named[name]
+            self.edges[file.path].append(target.path)
+            if not target.is_public and (file.is_public or file.unit == "examples"):
+                yield f"<{name}> is not installed"
         if unit in PUBLIC_FACE and unit != file.unit and unit not in ALLOWED[file.unit]:
             yield f"{file.unit} must not include <{name}>"
 

@@ -16,6 +16,11 @@ MAJOR, MINOR, _ = VERSION.split(".")
 SONAME = f"libYLog.so.0.{MINOR}" if MAJOR == "0" else f"libYLog.so.{MAJOR}"
 
 NAMES = {"YBase", "YDataType", "YFileSystem", "YLog", "YResource", "YSynch"}
+# What clients use of the foundation beside what the headers of YLog include.
+FOR_CLIENTS = {
+    "YBase/CallStack.h", "YBase/FormatMessage.h", "YBase/Localizer.h", "YBase/ModuleMainPtr.h",
+    "YFileSystem/Directory.h", "YFileSystem/File.h", "YFileSystem/Path.h", "YResource/FolderBundle.h", "YResource/Language.h", "YResource/Localizer.h",
+    "YResource/MemoryBundle.h"}
 # A vtable, type information and so on belong to the class that they describe.
 PREFIXES = r"(?:(?:vtable|VTT|typeinfo|typeinfo name|construction vtable|virtual thunk|non-virtual thunk|guard variable)" \
            r" (?:for|to) )?"
@@ -46,6 +51,22 @@ def public_headers():
     return {path.relative_to(folder) for folder in folders for path in folder.rglob("*.h")}
 
 
+def includes(header):
+    """The names of our own headers that an installed one includes."""
+    text = (PREFIX / "include" / header).read_text(encoding="utf-8")
+    return {name for name in re.findall(r"#include <([^>]+)>", text) if name.split("/")[0] in NAMES}
+
+
+def with_all_includes(headers):
+    found, pending = set(), list(headers)
+    while pending:
+        header = pending.pop()
+        if header not in found:
+            found.add(header)
+            pending += includes(header)
+    return found
+
+
 class Content(unittest.TestCase):
     def test_installs_exactly_the_public_headers_and_the_export_headers(self):
         exports = {pathlib.Path(name, "Export.h") for name in NAMES}
@@ -53,6 +74,17 @@ class Content(unittest.TestCase):
         installed = {path.relative_to(include) for path in include.rglob("*") if path.is_file()}
         self.assertEqual({path.parts[0] for path in installed}, NAMES)
         self.assertEqual(installed, public_headers() | exports)
+
+    def test_installs_no_header_of_the_foundation_that_clients_do_not_use(self):
+        include = PREFIX / "include"
+        installed = {path.relative_to(include).as_posix() for path in include.rglob("*.h")}
+        used = with_all_includes({name for name in installed if name.startswith("YLog/")} | FOR_CLIENTS)
+        self.assertEqual(installed - used, {f"{name}/{name}.h" for name in NAMES - {"YLog"}})
+
+    def test_includes_all_headers_of_a_folder_by_the_one_of_its_name(self):
+        for name in NAMES:
+            installed = {f"{name}/{path.name}" for path in (PREFIX / "include" / name).iterdir()}
+            self.assertLessEqual(installed, with_all_includes({f"{name}/{name}.h"}))
 
     def test_installs_the_command_and_its_manual_page(self):
         self.assertEqual([path.name for path in (PREFIX / "bin").iterdir()], ["ylog-check-catalogues"])

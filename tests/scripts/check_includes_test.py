@@ -11,7 +11,9 @@ CHECK = pathlib.Path(__file__).parents[2] / "scripts" / "check-includes.py"
 VALID_TREE = {
     "Foundation/YBase/include/YBase/Text.h": "#include <string>\n",
     "Foundation/YBase/src/Tables.h": "",
+    "Foundation/YBase/src/YBase/System.h": "#include <filesystem>\n",
     "Foundation/YBase/src/Text.cpp": '#include <YBase/Text.h>\n#include "Tables.h"\n#include <utf8.h>\n',
+    "Foundation/YSynch/src/Lock.cpp": "#include <YBase/System.h>\n",
     "Foundation/YSynch/include/YSynch/Lock.h": "#include <YBase/Text.h>\n",
     "Foundation/YResource/include/YResource/Bundle.h": "#include <YSynch/Lock.h>\n",
     "Log/include/YLog/Logger.h": "// Made by Logger_Impl.\n#include <YResource/Bundle.h>\n",
@@ -88,6 +90,10 @@ class CheckIncludes(unittest.TestCase):
             "Log/include/YLog/Router.h", '#include "Core/Logger_Impl.h"\n',
             'a public header includes "Core/Logger_Impl.h"')
 
+    def test_refuses_a_public_header_that_includes_one_that_is_not_installed(self):
+        for name in ("Log/include/YLog/Router.h", "Foundation/YBase/include/YBase/Message.h"):
+            self.assert_refused(name, "#include <YBase/System.h>\n", "<YBase/System.h> is not installed")
+
     def test_refuses_a_public_header_that_names_an_implementation(self):
         self.assert_refused(
             "Log/include/YLog/Router.h", "class Router_Impl;\n", "the public face names 'Router_Impl'")
@@ -100,8 +106,17 @@ class CheckIncludes(unittest.TestCase):
 
     def test_refuses_an_example_that_includes_a_header_that_is_not_installed(self):
         self.assert_refused(
+            "examples/deep.cpp", "#include <YBase/System.h>\n", "<YBase/System.h> is not installed")
+
+    def test_refuses_an_example_that_includes_an_internal_header(self):
+        self.assert_refused(
             "examples/deep.cpp", '#include "Core/Logger_Impl.h"\n',
             '"Core/Logger_Impl.h" is no file that this one may name')
+
+    def test_refuses_a_circle_through_a_header_that_is_not_installed(self):
+        status, output = check({"Foundation/YBase/src/YBase/System.h": "#include <YBase/System.h>\n"})
+        self.assertEqual(status, 1)
+        self.assertIn("Foundation/YBase/src/YBase/System.h > Foundation/YBase/src/YBase/System.h", output)
 
     def test_refuses_files_that_include_each_other(self):
         status, output = check({"Log/Core/A.h": '#include "Core/B.h"\n', "Log/Core/B.h": '#include "Core/A.h"\n'})

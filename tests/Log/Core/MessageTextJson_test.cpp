@@ -1,11 +1,11 @@
+#include <unistd.h>
+
 #include <atomic>
 #include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <YBase/System.h>
-#include <YBase/TextConversion.h>
 #include <YLog/YLog.h>
 
 #include "support/New.h"
@@ -41,9 +41,11 @@ class MessageTextJson : public testing::Test {
 
 TEST_F(MessageTextJson, IsTheHeaderOfTheMessage) {
   YLog::SetUserIDToThreadContext(L"U1");
-  const std::string processID = std::to_string(YBase::GetCurrentProcessID());
-  const std::string threadID = std::to_string(YBase::GetCurrentThreadID());
-  const std::string host = YBase::WideCharToUTF8(YBase::GetComputerName().c_str());
+  char name[256] = {};
+  ASSERT_EQ(gethostname(name, sizeof name), 0);
+  const std::string host = name;
+  const std::string processID = std::to_string(getpid());
+  const std::string threadID = std::to_string(gettid());
   EXPECT_THAT(
       Get(), AllOf(StartsWith("{\"dispatcher\":\"Error\",\"host\":\"" + host +
                               "\",\"logger\":\"Kernel\",\"message_id\":\"0x0000012C\",\"pid\":\"" +

@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <YBase/FeatureFlags.h>
 #include <YLog/YLog.h>
 
 #include "support/ReadFile.h"
@@ -32,15 +31,12 @@ class KafkaLog : public testing::Test {
 
 TEST_F(KafkaLog, WritesTheSameBytesAsADiskFile) {
   const auto file = YLog::GetDestination_DiskFile(Path(L"file.log").c_str());
-  for (const bool enabled : {true, false}) {
-    YBase::SetFeatureEnabled(L"KS/SLMS", enabled);
-    for (const char* text : {"text", "\r\nfirst\r\n\r\nsecond\n", "", "\n", "100%s \xFF"}) {
-      Get()->LogMessage(text, *mHeader);
-      file->LogMessage(text, *mHeader);
-    }
+  for (const char* text : {"text", "\r\nfirst\r\n\r\nsecond\n", "", "\n", "100%s \xFF"}) {
+    Get()->LogMessage(text, *mHeader);
+    file->LogMessage(text, *mHeader);
   }
   EXPECT_EQ(Content("kafka.log"), Content("file.log"));
-  EXPECT_EQ(Support::Lines(Content("kafka.log")).size(), 11U);
+  EXPECT_EQ(Support::Lines(Content("kafka.log")).size(), 6U);
 }
 
 TEST_F(KafkaLog, SharesTheDiskFileOfItsPath) {

@@ -1,6 +1,5 @@
 #pragma once
 
 #include <YDataType/DateTime.h>
-#include <YDataType/MonotonicTime.h>
 #include <YDataType/ObjectCollection.h>
 #include <YDataType/TimeSpan.h>

@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include <YBase/ReferenceCounted.h>
-#include <YFileSystem/Export.h>
 #include <YSynch/ThreadAnnotations.h>
 
 namespace YFileSystem {
@@ -19,8 +18,7 @@ namespace YFileSystem {
 /// needs it.
 ///
 /// Failure: operations throw `YBase::ExceptionImpl<YBase::Message>` naming the path and the system's reason.
-class YFILESYSTEM_EXPORT YSYNCH_CAPABILITY("write lock") WriteableFile
-    : public virtual YBase::ReferenceCounted {
+class YSYNCH_CAPABILITY("write lock") WriteableFile : public virtual YBase::ReferenceCounted {
  public:
   class WriteSmartLock;
 
@@ -38,7 +36,7 @@ class YFILESYSTEM_EXPORT YSYNCH_CAPABILITY("write lock") WriteableFile
 };
 
 /// Holds a file's write lock from construction to `Unlock` or destruction. Holds no reference to the file.
-class YFILESYSTEM_EXPORT YSYNCH_SCOPED_CAPABILITY WriteableFile::WriteSmartLock {
+class YSYNCH_SCOPED_CAPABILITY WriteableFile::WriteSmartLock {
  public:
   explicit WriteSmartLock(WriteableFile& file) YSYNCH_ACQUIRE(file) : mpFile(&file) { file.LockForWriting(); }
   ~WriteSmartLock() YSYNCH_RELEASE() {

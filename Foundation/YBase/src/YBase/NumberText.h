@@ -1,23 +1,22 @@
 #pragma once
 
-#include <YBase/Export.h>
 #include <YBase/ReturnString.h>
 
 namespace YBase {
 
 /// The decimal digits of a number, with "-" before a negative one.
-YBASE_EXPORT ReturnString ToDecimalString(long long value);
+ReturnString ToDecimalString(long long value);
 
 /// Reads a decimal number: leading blanks are skipped, one sign is allowed, and digits are read up to the
 /// first other character. A number past the limits of `int` gives the limit; nothing readable gives 0.
 /// Null is read as an empty text.
-YBASE_EXPORT int DecimalToInt(const char* text) noexcept;
+int DecimalToInt(const char* text) noexcept;
 
 /// Reads a hexadecimal number without prefix, in digits of either case, up to the first other character.
 /// A number past 0xFFFFFFFF gives 0xFFFFFFFF; nothing readable gives 0. Null is read as an empty text.
 ///
 /// Failure: with `throwOnError`, a text that is not wholly such a number, or too large, throws
 /// `ExceptionImpl<Message>`; without, nothing is thrown.
-YBASE_EXPORT unsigned HexToUnsignedInt(const char* text, bool throwOnError);
+unsigned HexToUnsignedInt(const char* text, bool throwOnError);
 
 }  // namespace YBase

@@ -1,20 +1,19 @@
 #pragma once
 
-#include <YBase/Export.h>
 #include <YBase/ReturnString.h>
 
 namespace YBase {
 
 /// The name of this computer, as the system knows it; empty where it has none.
-YBASE_EXPORT ReturnWString GetComputerName();
+ReturnWString GetComputerName();
 
 /// The kernel's number of this process.
-YBASE_EXPORT unsigned GetCurrentProcessID() noexcept;
+unsigned GetCurrentProcessID() noexcept;
 
 /// The kernel's number of the calling thread. Each call asks the kernel: it is right after a fork, too.
-YBASE_EXPORT unsigned long GetCurrentThreadID() noexcept;
+unsigned long GetCurrentThreadID() noexcept;
 
 /// The path of the running program in UTF-8; empty where it cannot be learnt.
-YBASE_EXPORT ReturnString GetExecutablePath();
+ReturnString GetExecutablePath();
 
 }  // namespace YBase

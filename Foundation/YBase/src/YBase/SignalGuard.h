@@ -1,7 +1,5 @@
 #pragma once
 
-#include <YBase/Export.h>
-
 namespace YBase {
 
 /// Turns a signal that a call raises beside its error, such as `SIGPIPE` and `SIGXFSZ` from `write`, into the
@@ -12,7 +10,7 @@ namespace YBase {
 /// before, stays so. `errno` is left as it is.
 ///
 /// Threads: belongs to one. Guards may be nested.
-class YBASE_EXPORT SignalGuard {
+class SignalGuard {
  public:
   explicit SignalGuard(int signalNumber) noexcept;
   ~SignalGuard();

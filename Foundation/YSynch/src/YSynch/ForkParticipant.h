@@ -1,7 +1,5 @@
 #pragma once
 
-#include <YSynch/Export.h>
-
 namespace YSynch {
 
 /// Something that must be told of a fork: what holds the process's number, or a descriptor that a child
@@ -16,7 +14,7 @@ namespace YSynch {
 /// because the fork waits for that thread. One of the other two calls follows, unless the participant has
 /// left in between; they come while all locks are held, and must not take, create or destroy one. In the
 /// child nothing may be allocated.
-class YSYNCH_EXPORT ForkParticipant {
+class ForkParticipant {
  public:
   ForkParticipant(const ForkParticipant&) = delete;
   ForkParticipant& operator=(const ForkParticipant&) = delete;

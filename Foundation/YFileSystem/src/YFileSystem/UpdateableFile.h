@@ -15,7 +15,7 @@ enum IF_COMMIT_AND_CLOSE_WAS_NOT_CALLED : int {
 };
 
 /// A `WriteableFile` that can also be sized, read, positioned and truncated.
-class YFILESYSTEM_EXPORT UpdateableFile : public virtual WriteableFile {
+class UpdateableFile : public virtual WriteableFile {
  public:
   /// What stands at the path that the file was opened by.
   struct PathState {
@@ -45,7 +45,7 @@ class YFILESYSTEM_EXPORT UpdateableFile : public virtual WriteableFile {
 /// descriptor is closed on exec.
 ///
 /// Failure: throws `YBase::ExceptionImpl<YBase::Message>` naming the path and the system's reason.
-YFILESYSTEM_EXPORT YBase::SmartPtrI<UpdateableFile> OpenUpdateableFile(
-    const wchar_t* path, IF_COMMIT_AND_CLOSE_WAS_NOT_CALLED mode);
+YBase::SmartPtrI<UpdateableFile> OpenUpdateableFile(const wchar_t* path,
+                                                    IF_COMMIT_AND_CLOSE_WAS_NOT_CALLED mode);
 
 }  // namespace YFileSystem

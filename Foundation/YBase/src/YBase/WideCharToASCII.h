@@ -1,6 +1,5 @@
 #pragma once
 
-#include <YBase/Export.h>
 #include <YBase/ReturnString.h>
 
 namespace YBase {
@@ -8,6 +7,6 @@ namespace YBase {
 /// ASCII from wide characters. Null is the empty text.
 ///
 /// Failure: a character past U+007F throws `ExceptionImpl<Message>`.
-YBASE_EXPORT ReturnString WideCharToASCII(const wchar_t* text);
+ReturnString WideCharToASCII(const wchar_t* text);
 
 }  // namespace YBase

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <YBase/Export.h>
-
 namespace YBase {
 
 /// Keeps what is opened as long as it exists from becoming standard input, output or error of a host that has
@@ -13,7 +11,7 @@ namespace YBase {
 ///
 /// Threads: any; guards may be nested, and exist in several threads at once. A child of a fork has none of
 /// the guards of its parent's other threads, and the numbers that they had taken are free in it.
-class YBASE_EXPORT StandardDescriptorsGuard {
+class StandardDescriptorsGuard {
  public:
   StandardDescriptorsGuard() noexcept;
   ~StandardDescriptorsGuard();

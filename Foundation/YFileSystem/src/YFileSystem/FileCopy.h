@@ -20,7 +20,7 @@ namespace YFileSystem {
 /// Threads: belongs to one.
 ///
 /// Failure: operations throw `YBase::ExceptionImpl<YBase::Message>` naming the path and the system's reason.
-class YFILESYSTEM_EXPORT FileCopy {
+class FileCopy {
  public:
   /// Creates an incomplete copy and locks it. None where the name is taken.
   static std::optional<FileCopy> Create(const wchar_t* path);

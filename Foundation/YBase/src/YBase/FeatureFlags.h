@@ -1,7 +1,5 @@
 #pragma once
 
-#include <YBase/Export.h>
-
 namespace YBase {
 
 /// Whether the host has switched the feature of that name on; until it does, a feature is off. Names are
@@ -10,13 +8,13 @@ namespace YBase {
 /// Threads: any, while others set flags. Takes no lock and no memory, so it may be asked for every message.
 ///
 /// Failure: throws `ExceptionImpl<Message>` for a name that is null.
-YBASE_EXPORT bool IsFeatureEnabled(const wchar_t* name);
+bool IsFeatureEnabled(const wchar_t* name);
 
 /// Switches a feature on or off for the whole process. Names are kept until it ends.
 ///
 /// Threads: any.
 ///
 /// Failure: throws `ExceptionImpl<Message>` for a name that is null; `std::bad_alloc`.
-YBASE_EXPORT void SetFeatureEnabled(const wchar_t* name, bool enabled);
+void SetFeatureEnabled(const wchar_t* name, bool enabled);
 
 }  // namespace YBase

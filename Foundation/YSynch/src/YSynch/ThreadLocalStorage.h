@@ -1,7 +1,6 @@
 #pragma once
 
 #include <YBase/StrongPtr.h>
-#include <YSynch/Export.h>
 #include <YSynch/ThreadContext.h>
 
 namespace YSynch {
@@ -16,7 +15,7 @@ namespace YSynch {
 /// it may end: its context may then be on its way out even a moment longer than the storage.
 ///
 /// Reentrancy: `Delete` is called with no lock held, and finds the slot empty.
-class YSYNCH_EXPORT ThreadLocalStorage {
+class ThreadLocalStorage {
  public:
   ThreadLocalStorage(const ThreadLocalStorage&) = delete;
   ThreadLocalStorage& operator=(const ThreadLocalStorage&) = delete;
@@ -36,6 +35,6 @@ class YSYNCH_EXPORT ThreadLocalStorage {
 
 /// Failure: `std::bad_alloc`; `YBase::ExceptionImpl<YBase::Message>` when the process has no thread-specific
 /// key left.
-YSYNCH_EXPORT YBase::StrongPtr<ThreadLocalStorage> CreateThreadLocalStorage();
+YBase::StrongPtr<ThreadLocalStorage> CreateThreadLocalStorage();
 
 }  // namespace YSynch

@@ -5,7 +5,6 @@
 #include <type_traits>
 #include <vector>
 
-#include <YBase/Export.h>
 #include <YBase/Message.h>
 
 namespace YBase {
@@ -25,7 +24,7 @@ namespace YBase {
 ///
 /// Failure: `std::bad_alloc`; the cursor stays where it is.
 template <class MessageType>
-class YBASE_EXPORT BasicMessageCursor {
+class BasicMessageCursor {
  public:
   /// Stands at `root`, of which nothing beneath has been visited.
   explicit BasicMessageCursor(MessageType& root);

@@ -2,13 +2,11 @@
 
 #include <chrono>
 
-#include <YDataType/Export.h>
-
 namespace YDataType {
 
 /// The time since some moment in the past. It never goes back, whoever sets the wall clock.
 ///
 /// Threads: any.
-YDATATYPE_EXPORT std::chrono::nanoseconds GetMonotonicTime() noexcept;
+std::chrono::nanoseconds GetMonotonicTime() noexcept;
 
 }  // namespace YDataType

@@ -2,14 +2,12 @@
 
 #include <utility>
 
-#include <YFileSystem/Export.h>
-
 namespace YFileSystem {
 
 /// Owns an open file descriptor, or none.
 ///
 /// Threads: belongs to one at a time.
-class YFILESYSTEM_EXPORT Descriptor {
+class Descriptor {
  public:
   constexpr Descriptor() noexcept = default;
   explicit Descriptor(int descriptor) noexcept : mDescriptor(descriptor) {}
