@@ -8,10 +8,6 @@
 
 namespace YSynch {
 
-CriticalSection::CriticalSection(EnumORBLockStackCategory category) noexcept : mCategory(category) {
-  Join();
-}
-
 CriticalSection::~CriticalSection() {
   Leave();
   Check(pthread_mutex_destroy(&mMutex));
@@ -21,6 +17,7 @@ void CriticalSection::Lock() noexcept {
   HeldLocks& mine = HeldLocks::OfThisThread();
   if (mpOwner.load(std::memory_order_relaxed) != &mine) {
     mine.LetForkPass();
+    Join();
     Check(pthread_mutex_lock(&mMutex));
     mpOwner.store(&mine, std::memory_order_relaxed);
     mine.Add();
@@ -31,6 +28,7 @@ void CriticalSection::Lock() noexcept {
 bool CriticalSection::TryLock() noexcept {
   HeldLocks& mine = HeldLocks::OfThisThread();
   if (mpOwner.load(std::memory_order_relaxed) != &mine) {
+    Join();
     const int error = pthread_mutex_trylock(&mMutex);
     if (error == EBUSY) return false;
     Check(error);

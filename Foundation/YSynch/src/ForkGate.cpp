@@ -27,11 +27,11 @@ void FinishInChild() YSYNCH_NO_THREAD_SAFETY_ANALYSIS {
 }  // namespace
 
 ForkSafeLock::~ForkSafeLock() = default;
-void ForkSafeLock::Join() noexcept {
+void ForkSafeLock::JoinList() noexcept {
   gsForkGate.Add(*this);
 }
 void ForkSafeLock::Leave() noexcept {
-  gsForkGate.Remove(*this);
+  if (mbJoined.load(std::memory_order_relaxed)) gsForkGate.Remove(*this);
 }
 
 ForkParticipant::~ForkParticipant() = default;
@@ -52,6 +52,7 @@ void ForkGate::RegisterHandlers() noexcept {
 void ForkGate::Add(ForkSafeLock& lock) noexcept {
   RegisterHandlers();
   const MutexLock guard(mMutex);
+  if (lock.mbJoined.exchange(true, std::memory_order_relaxed)) return;
   IntrusiveList::Add(&mpLocks, lock);
 }
 

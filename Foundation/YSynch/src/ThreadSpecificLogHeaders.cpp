@@ -20,8 +20,6 @@ class Callback {
 
   void Deregister() noexcept { Replace(nullptr); }
 
-  void JoinForks() noexcept { mLock.JoinForks(); }
-
   std::shared_ptr<const Function> Take() const noexcept {
     const CriticalSection::SmartLock lock(mLock);
     return mpFunction;
@@ -34,7 +32,7 @@ class Callback {
     mpFunction.swap(function);
   }
 
-  mutable CriticalSection mLock{LOCK_STACK_CATEGORY_CLASS, CriticalSection::JoinsForksLater()};
+  mutable CriticalSection mLock{LOCK_STACK_CATEGORY_CLASS};
   std::shared_ptr<const Function> mpFunction YSYNCH_GUARDED_BY(mLock);
 };
 
@@ -42,16 +40,9 @@ struct Callbacks {
   Callback<ThreadSpecificLogHeadersGetter> mGetter;
   Callback<ThreadSpecificLogHeadersSetter> mSetter;
   Callback<ThreadSpecificLogHeadersUnsetter> mUnsetter;
-
-  void JoinForks() noexcept {
-    mGetter.JoinForks();
-    mSetter.JoinForks();
-    mUnsetter.JoinForks();
-  }
 };
 
 constinit YBase::NeverDestroyed<Callbacks> gsCallbacks;
-[[maybe_unused]] const bool gsbJoinedForks = (gsCallbacks->JoinForks(), true);
 
 }  // namespace
 

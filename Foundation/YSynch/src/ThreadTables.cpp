@@ -19,7 +19,6 @@ namespace YSynch {
 namespace {
 
 constinit YBase::NeverDestroyed<ThreadTables> gsThreadTables;
-[[maybe_unused]] const bool gsbJoinedForks = (gsThreadTables->JoinForks(), true);
 
 }  // namespace
 
@@ -27,11 +26,6 @@ constinit thread_local ThreadTables::Table* ThreadTables::spOwn = nullptr;
 
 ThreadTables& ThreadTables::Get() noexcept {
   return *gsThreadTables;
-}
-
-void ThreadTables::JoinForks() noexcept {
-  mLock.JoinForks();
-  Join();
 }
 
 void ThreadTables::CreateKey() {
@@ -44,6 +38,7 @@ void ThreadTables::CreateKey() {
         (std::string(FUNCTION_NAME) + ": cannot create a key for values of threads: " + reason).c_str());
   }
   mbKeyExists = true;
+  Join();
 }
 
 std::size_t ThreadTables::TakeSlot() {

@@ -22,8 +22,6 @@ class ThreadTables final : private ForkParticipant {
   static ThreadTables& Get() noexcept;
 
   constexpr ThreadTables() noexcept = default;
-  /// To be called once, by a static object.
-  void JoinForks() noexcept;
 
   /// Failure: `std::bad_alloc`; `YBase::ExceptionImpl<YBase::Message>` when the process has no
   /// thread-specific key left.
@@ -61,7 +59,7 @@ class ThreadTables final : private ForkParticipant {
   // Reached without a call, as `HeldLocks`.
   [[gnu::tls_model("initial-exec")]] static constinit thread_local Table* spOwn;
 
-  CriticalSection mLock{LOCK_STACK_CATEGORY_CLASS, CriticalSection::JoinsForksLater()};
+  CriticalSection mLock{LOCK_STACK_CATEGORY_CLASS};
   // Created with the first storage and kept for good: threads that end later still need it.
   pthread_key_t mKey YSYNCH_GUARDED_BY(mLock){};
   bool mbKeyExists YSYNCH_GUARDED_BY(mLock) = false;

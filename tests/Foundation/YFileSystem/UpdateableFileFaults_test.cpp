@@ -318,10 +318,7 @@ TEST_F(FileCalls, ReadTheFileSizeLimitWhenTheFileIsTruncated) {
 TEST_F(FileCalls, GiveTheLockBackOnce) {
   const FilePtr file = Open();
   mRecorder.TakeCalls();
-  {
-    WriteLock lock(*file);
-    lock.Unlock();
-  }
+  { const WriteLock lock(*file); }
   EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("lock", "unlock"));
 }
 

@@ -67,28 +67,6 @@ TEST(CriticalSection, SmartLockHoldsItToTheEndOfTheScope) {
   EXPECT_TRUE(IsFreeForOthers(section));
 }
 
-void UnlockTwice(CriticalSection& section) YSYNCH_NO_THREAD_SAFETY_ANALYSIS {
-  CriticalSection::SmartLock lock(section);
-  lock.Unlock();
-  EXPECT_TRUE(IsFreeForOthers(section));
-  lock.Unlock();
-}
-
-TEST(CriticalSection, SmartLockGivesItBackEarlyAndOnce) {
-  CriticalSection section(YSynch::LOCK_STACK_CATEGORY_OBJECT);
-  Lock(section);
-  Unlock(section);
-  UnlockTwice(section);
-  EXPECT_TRUE(IsFreeForOthers(section));
-}
-
-TEST(CriticalSection, KeepsAnyCategory) {
-  using Category = YSynch::EnumORBLockStackCategory;
-  EXPECT_EQ(YSynch::CreateCriticalSection(YSynch::LOCK_STACK_CATEGORY_OBJECT)->GetCategory(), -3);
-  EXPECT_EQ(YSynch::CreateCriticalSection(YSynch::LOCK_STACK_CATEGORY_CLASS)->GetCategory(), -4);
-  EXPECT_EQ(YSynch::CreateCriticalSection(static_cast<Category>(7))->GetCategory(), 7);
-}
-
 TEST(CriticalSectionDeathTest, RefusesToBeGivenBackByAThreadThatDoesNotHoldIt) {
   CriticalSection section(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   EXPECT_DEBUG_DEATH(Unlock(section), "does not hold it");

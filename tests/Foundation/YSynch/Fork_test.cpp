@@ -154,9 +154,7 @@ TEST_F(Fork, ReadersAreWaitedForAndGoneInTheChild) {
   }
 }
 
-constinit YBase::NeverDestroyed<CriticalSection> gsStaticSection(YSynch::LOCK_STACK_CATEGORY_CLASS,
-                                                                 CriticalSection::JoinsForksLater());
-[[maybe_unused]] const bool gsbJoinedForks = (gsStaticSection->JoinForks(), true);
+constinit YBase::NeverDestroyed<CriticalSection> gsStaticSection(YSynch::LOCK_STACK_CATEGORY_CLASS);
 constinit bool gsbTakenBeforeStaticObjects = false;
 
 [[gnu::constructor(103)]] void TakeBeforeStaticObjects() {
@@ -262,7 +260,7 @@ TEST_F(Fork, ParticipantThatJoinsWhileALockIsAwaitedIsToldBeforeTheFork) {
 
 TEST_F(Fork, LockIsNotDestroyedWhileAForkWaitsForIt) {
   for (int i = 0; i != 50; ++i) {
-    auto doomed = YSynch::CreateCriticalSection(YSynch::LOCK_STACK_CATEGORY_OBJECT);
+    auto doomed = std::make_unique<CriticalSection>(YSynch::LOCK_STACK_CATEGORY_OBJECT);
     std::latch locked(1);
     const Companion holder([&, forkingThread = ThreadID()] {
       {

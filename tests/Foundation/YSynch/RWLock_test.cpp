@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <latch>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -87,43 +88,17 @@ TEST(RWLock, LetsAWaitingWriterGoBeforeReadersThatComeLater) {
   bool written = false;
   bool lateReaderSawIt = false;
   {
-    RWLock::ReadSmartLock guard(lock);
-    const Taker<RWLock::WriteSmartLock> writer(lock, [&] { written = true; });
-    writer.AwaitWaitingOrInside();
-    EXPECT_FALSE(writer.IsInside());
-    const Taker<RWLock::ReadSmartLock> lateReader(lock, [&] { lateReaderSawIt = written; });
-    lateReader.AwaitWaitingOrInside();
-    EXPECT_FALSE(lateReader.IsInside());
-    guard.Unlock();
+    std::optional<Taker<RWLock::WriteSmartLock>> writer;
+    std::optional<Taker<RWLock::ReadSmartLock>> lateReader;
+    const RWLock::ReadSmartLock guard(lock);
+    writer.emplace(lock, [&] { written = true; });
+    writer->AwaitWaitingOrInside();
+    EXPECT_FALSE(writer->IsInside());
+    lateReader.emplace(lock, [&] { lateReaderSawIt = written; });
+    lateReader->AwaitWaitingOrInside();
+    EXPECT_FALSE(lateReader->IsInside());
   }
   EXPECT_TRUE(lateReaderSawIt);
-}
-
-void UnlockTwice(RWLock& lock) YSYNCH_NO_THREAD_SAFETY_ANALYSIS {
-  RWLock::ReadSmartLock reader(lock);
-  reader.Unlock();
-  reader.Unlock();
-  RWLock::WriteSmartLock writer(lock);  // Would wait for ever, were the reader still there.
-  writer.Unlock();
-  writer.Unlock();
-}
-
-TEST(RWLock, SmartLocksGiveItBackEarlyAndOnce) {
-  RWLock lock(YSynch::LOCK_STACK_CATEGORY_OBJECT);
-  UnlockTwice(lock);
-  bool entered = false;
-  std::thread([&] {
-    const RWLock::WriteSmartLock guard(lock);
-    entered = true;
-  }).join();
-  EXPECT_TRUE(entered);
-}
-
-TEST(RWLock, KeepsAnyCategory) {
-  using Category = YSynch::EnumORBLockStackCategory;
-  EXPECT_EQ(YSynch::CreateRWLock(YSynch::LOCK_STACK_CATEGORY_OBJECT)->GetCategory(), -3);
-  EXPECT_EQ(YSynch::CreateRWLock(YSynch::LOCK_STACK_CATEGORY_CLASS)->GetCategory(), -4);
-  EXPECT_EQ(YSynch::CreateRWLock(static_cast<Category>(7))->GetCategory(), 7);
 }
 
 }  // namespace

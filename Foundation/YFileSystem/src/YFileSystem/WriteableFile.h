@@ -35,24 +35,16 @@ class YSYNCH_CAPABILITY("write lock") WriteableFile : public virtual YBase::Refe
   virtual void UnlockForWriting() noexcept YSYNCH_RELEASE(this) = 0;
 };
 
-/// Holds a file's write lock from construction to `Unlock` or destruction. Holds no reference to the file.
+/// Holds a file's write lock as long as it exists. Holds no reference to the file.
 class YSYNCH_SCOPED_CAPABILITY WriteableFile::WriteSmartLock {
  public:
-  explicit WriteSmartLock(WriteableFile& file) YSYNCH_ACQUIRE(file) : mpFile(&file) { file.LockForWriting(); }
-  ~WriteSmartLock() YSYNCH_RELEASE() {
-    if (mpFile != nullptr) mpFile->UnlockForWriting();
-  }
+  explicit WriteSmartLock(WriteableFile& file) YSYNCH_ACQUIRE(file) : mFile(file) { mFile.LockForWriting(); }
+  ~WriteSmartLock() YSYNCH_RELEASE() { mFile.UnlockForWriting(); }
   WriteSmartLock(const WriteSmartLock&) = delete;
   WriteSmartLock& operator=(const WriteSmartLock&) = delete;
 
-  /// Gives it back before the end of the scope. A second call does nothing.
-  void Unlock() noexcept YSYNCH_RELEASE() {
-    if (mpFile != nullptr) mpFile->UnlockForWriting();
-    mpFile = nullptr;
-  }
-
  private:
-  WriteableFile* mpFile;
+  WriteableFile& mFile;
 };
 
 }  // namespace YFileSystem

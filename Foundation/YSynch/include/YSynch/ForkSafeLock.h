@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 #include <YSynch/Export.h>
 
 namespace YSynch {
@@ -24,9 +26,13 @@ class YSYNCH_EXPORT ForkSafeLock {
   constexpr ForkSafeLock() noexcept = default;
   virtual ~ForkSafeLock();
 
-  /// The last thing that the constructor of the final class does: a fork may take the lock from now on.
-  void Join() noexcept;
-  /// The first thing that the destructor of the final class does. Waits for a fork that has its eye on it.
+  /// A fork may take the lock from now on. To be called before the lock is first taken; later calls do
+  /// nothing.
+  void Join() noexcept {
+    // Relaxed: a thread that still finds it false asks again under the lock of the list.
+    if (!mbJoined.load(std::memory_order_relaxed)) JoinList();
+  }
+  /// To be called first by the destructor of the final class. Waits for a fork that is waiting for the lock.
   void Leave() noexcept;
 
  private:
@@ -40,6 +46,9 @@ class YSYNCH_EXPORT ForkSafeLock {
   /// As `UnlockAfterFork`, in a child, where the kernel knows the thread that took the lock by a new number.
   virtual void UnlockInChild() noexcept = 0;
 
+  void JoinList() noexcept;
+
+  std::atomic<bool> mbJoined{false};
   ForkSafeLock* mpPrevious = nullptr;
   ForkSafeLock* mpNext = nullptr;
 };

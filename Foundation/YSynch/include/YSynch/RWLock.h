@@ -30,58 +30,39 @@ class YSYNCH_EXPORT YSYNCH_CAPABILITY("read-write lock") RWLock final : private 
   void LockWrite() noexcept YSYNCH_ACQUIRE();
   void UnlockWrite() noexcept YSYNCH_RELEASE();
 
-  EnumORBLockStackCategory GetCategory() const noexcept { return mCategory; }
-
  private:
   bool TryLockForFork() noexcept override;
   void LockForFork() noexcept override;
   void UnlockAfterFork() noexcept override;
   void UnlockInChild() noexcept override;
 
-  const EnumORBLockStackCategory mCategory;
+  // For a look with a debugger.
+  [[maybe_unused]] const EnumORBLockStackCategory mCategory;
   pthread_rwlock_t mLock;
 };
 
-/// Holds a lock for reading from construction to `Unlock` or destruction.
+/// Holds a lock for reading as long as it exists.
 class YSYNCH_EXPORT YSYNCH_SCOPED_CAPABILITY RWLock::ReadSmartLock {
  public:
-  explicit ReadSmartLock(RWLock& lock) noexcept YSYNCH_ACQUIRE_SHARED(lock) : mpLock(&lock) {
-    lock.LockRead();
-  }
-  ~ReadSmartLock() YSYNCH_RELEASE_GENERIC() {
-    if (mpLock != nullptr) mpLock->UnlockRead();
-  }
+  explicit ReadSmartLock(RWLock& lock) noexcept YSYNCH_ACQUIRE_SHARED(lock) : mLock(lock) { mLock.LockRead(); }
+  ~ReadSmartLock() YSYNCH_RELEASE_GENERIC() { mLock.UnlockRead(); }
   ReadSmartLock(const ReadSmartLock&) = delete;
   ReadSmartLock& operator=(const ReadSmartLock&) = delete;
 
-  /// Gives it back before the end of the scope. A second call does nothing.
-  void Unlock() noexcept YSYNCH_RELEASE_GENERIC() {
-    if (mpLock != nullptr) mpLock->UnlockRead();
-    mpLock = nullptr;
-  }
-
  private:
-  RWLock* mpLock;
+  RWLock& mLock;
 };
 
-/// Holds a lock for writing from construction to `Unlock` or destruction.
+/// Holds a lock for writing as long as it exists.
 class YSYNCH_EXPORT YSYNCH_SCOPED_CAPABILITY RWLock::WriteSmartLock {
  public:
-  explicit WriteSmartLock(RWLock& lock) noexcept YSYNCH_ACQUIRE(lock) : mpLock(&lock) { lock.LockWrite(); }
-  ~WriteSmartLock() YSYNCH_RELEASE() {
-    if (mpLock != nullptr) mpLock->UnlockWrite();
-  }
+  explicit WriteSmartLock(RWLock& lock) noexcept YSYNCH_ACQUIRE(lock) : mLock(lock) { mLock.LockWrite(); }
+  ~WriteSmartLock() YSYNCH_RELEASE() { mLock.UnlockWrite(); }
   WriteSmartLock(const WriteSmartLock&) = delete;
   WriteSmartLock& operator=(const WriteSmartLock&) = delete;
 
-  /// Gives it back before the end of the scope. A second call does nothing.
-  void Unlock() noexcept YSYNCH_RELEASE() {
-    if (mpLock != nullptr) mpLock->UnlockWrite();
-    mpLock = nullptr;
-  }
-
  private:
-  RWLock* mpLock;
+  RWLock& mLock;
 };
 
 /// Failure: `std::bad_alloc`.

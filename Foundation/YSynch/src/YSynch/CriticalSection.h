@@ -22,13 +22,9 @@ class HeldLocks;
 class YSYNCH_EXPORT YSYNCH_CAPABILITY("critical section") CriticalSection final : private ForkSafeLock {
  public:
   class SmartLock;
-  struct JoinsForksLater {};
 
-  explicit CriticalSection(EnumORBLockStackCategory category) noexcept;
-  /// For static storage: constant-initialised, so that it can be taken before any code of the library has
-  /// run.
-  constexpr CriticalSection(EnumORBLockStackCategory category, JoinsForksLater) noexcept
-      : mCategory(category) {}
+  /// Constant-initialised in static storage, so that it can be taken before any code of the library has run.
+  constexpr explicit CriticalSection(EnumORBLockStackCategory category) noexcept : mCategory(category) {}
   ~CriticalSection() override;
 
   /// Waits without a bound.
@@ -37,46 +33,33 @@ class YSYNCH_EXPORT YSYNCH_CAPABILITY("critical section") CriticalSection final 
   void Unlock() noexcept YSYNCH_RELEASE();
   bool TryLock() noexcept YSYNCH_TRY_ACQUIRE(true);
 
-  /// Makes forks wait for a lock that joins them later. For a static object of the same source file to call,
-  /// once, while the program or the shared object is loaded. \pre No thread has the lock.
-  void JoinForks() noexcept { Join(); }
-
-  EnumORBLockStackCategory GetCategory() const noexcept { return mCategory; }
-
  private:
   bool TryLockForFork() noexcept override;
   void LockForFork() noexcept override;
   void UnlockAfterFork() noexcept override;
   void UnlockInChild() noexcept override;
 
-  const EnumORBLockStackCategory mCategory;
+  // For a look with a debugger.
+  [[maybe_unused]] const EnumORBLockStackCategory mCategory;
   pthread_mutex_t mMutex = PTHREAD_MUTEX_INITIALIZER;
-  // Stands for the thread that holds it. Relaxed: a thread only ever asks whether it is itself the owner, and
+  // Identifies the thread that holds it. Relaxed: a thread only ever asks whether it is itself the owner, and
   // only it can have written that.
   std::atomic<const HeldLocks*> mpOwner{nullptr};
   unsigned mDepth = 0;
 };
 
-/// Holds a critical section from construction to `Unlock` or destruction.
+/// Holds a critical section as long as it exists.
 class YSYNCH_EXPORT YSYNCH_SCOPED_CAPABILITY CriticalSection::SmartLock {
  public:
-  explicit SmartLock(CriticalSection& section) noexcept YSYNCH_ACQUIRE(section) : mpSection(&section) {
-    section.Lock();
+  explicit SmartLock(CriticalSection& section) noexcept YSYNCH_ACQUIRE(section) : mSection(section) {
+    mSection.Lock();
   }
-  ~SmartLock() YSYNCH_RELEASE() {
-    if (mpSection != nullptr) mpSection->Unlock();
-  }
+  ~SmartLock() YSYNCH_RELEASE() { mSection.Unlock(); }
   SmartLock(const SmartLock&) = delete;
   SmartLock& operator=(const SmartLock&) = delete;
 
-  /// Gives it back before the end of the scope. A second call does nothing.
-  void Unlock() noexcept YSYNCH_RELEASE() {
-    if (mpSection != nullptr) mpSection->Unlock();
-    mpSection = nullptr;
-  }
-
  private:
-  CriticalSection* mpSection;
+  CriticalSection& mSection;
 };
 
 /// Failure: `std::bad_alloc`.

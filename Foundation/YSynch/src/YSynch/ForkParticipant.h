@@ -23,7 +23,7 @@ class ForkParticipant {
   constexpr ForkParticipant() noexcept = default;
   virtual ~ForkParticipant();
 
-  /// The last thing that the constructor of the final class does: calls may come from now on.
+  /// Calls may come from now on. The last thing that the constructor of the final class does, or later.
   void Join() noexcept;
   /// The first thing that the destructor of the final class does. Waits for a call that is under way.
   void Leave() noexcept;
