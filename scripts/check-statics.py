@@ -7,7 +7,7 @@ named. It prints each violation as "file: reason" and then fails.
 A static object of a function, or a thread_local one, that takes code to make is made by the first thread that needs
 it, and other threads wait for that one. A child that is forked at that moment inherits the object half made, and
 waits for a thread that it does not have: its first record hangs. So such objects are `constinit`, or, where that is
-not possible, made by `YBase::PublishedOnce`. A thread_local object with a destructor is refused as well, because
+not possible, made under a lock of `YSynch`, for which a fork waits. A thread_local object with a destructor is refused as well, because
 threads log until they have ended.
 """
 

@@ -1,14 +1,15 @@
 #include <YLog/SensitiveData.h>
 
-#include <atomic>
 #include <cassert>
 #include <cstddef>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include <YBase/NeverDestroyed.h>
 #include <YBase/TextConversion.h>
+#include <YSynch/CriticalSection.h>
 
 #include "Masking/DoubleQuote.h"
 
@@ -20,34 +21,19 @@ namespace {
 
 constexpr std::size_t NOT_FOUND = std::string_view::npos;
 
-/// The name of a JSON member to mask. A tag is only ever appended to the list and never destroyed, so that
-/// the list is read without a lock: nothing that a fork could leave locked, and nothing that is gone when
-/// threads still mask while the process exits.
-struct SensitiveTag {
-  explicit SensitiveTag(const char* name) : pattern('"' + std::string(name) + '"') {}
+constinit YBase::NeverDestroyed<YSynch::CriticalSection> gsLock(YSynch::LOCK_STACK_CATEGORY_CLASS);
+// The names of JSON members to mask, each in its quotes.
+constinit YBase::NeverDestroyed<std::vector<std::string>> gsHTTPSensitiveTagVector YSYNCH_GUARDED_BY(*gsLock);
 
-  /// The name in its quotes.
-  const std::string pattern;
-  std::atomic<SensitiveTag*> next{nullptr};
-};
-
-// Release where a tag is appended, acquire where it is read: a reader sees only complete tags.
-constinit std::atomic<SensitiveTag*> gsHTTPSensitiveTagVector{nullptr};
-
-/// Puts the tag into a place of the list if that is empty. Returns the tag that is there now.
-SensitiveTag* PutIfEmpty(std::atomic<SensitiveTag*>& place, SensitiveTag* tag) noexcept {
-  SensitiveTag* present = nullptr;
-  return place.compare_exchange_strong(present, tag, std::memory_order_acq_rel) ? tag : present;
+void AppendTag() YSYNCH_REQUIRES(*gsLock) {
+  gsHTTPSensitiveTagVector->push_back('"' + std::string(REST_TAG_PASSWORD) + '"');
 }
 
-/// Several threads may find the list empty at once: one tag is added, the others are destroyed.
-const SensitiveTag* GetFirstTag() {
-  const SensitiveTag* first = gsHTTPSensitiveTagVector.load(std::memory_order_acquire);
-  if (first != nullptr) return first;
-  auto tag = std::make_unique<SensitiveTag>(REST_TAG_PASSWORD);
-  first = PutIfEmpty(gsHTTPSensitiveTagVector, tag.get());
-  if (first == tag.get()) static_cast<void>(tag.release());
-  return first;
+/// A copy, so that the lock is not held while texts are searched.
+std::vector<std::string> GetTags() {
+  const YSynch::CriticalSection::SmartLock lock(*gsLock);
+  if (gsHTTPSensitiveTagVector->empty()) AppendTag();
+  return *gsHTTPSensitiveTagVector;
 }
 
 /// The position of a value: from its first character to the double quote that ends it.
@@ -121,18 +107,16 @@ YBase::ReturnString ReplaceSensitiveMessageInHTTP(const char* text) {
   if (text == nullptr) return {};
   std::string result;
   std::string_view unmasked = text;
-  for (const SensitiveTag* tag = GetFirstTag(); tag != nullptr;
-       tag = tag->next.load(std::memory_order_acquire)) {
-    result = ReplaceValues(unmasked, tag->pattern, "***", FindJSONValue);
+  for (const std::string& tag : GetTags()) {
+    result = ReplaceValues(unmasked, tag, "***", FindJSONValue);
     unmasked = result;
   }
   return result;
 }
 
 void InitHTTPSensitiveTagVector() {
-  auto* const tag = new SensitiveTag(REST_TAG_PASSWORD);
-  SensitiveTag* present = PutIfEmpty(gsHTTPSensitiveTagVector, tag);
-  while (present != tag) present = PutIfEmpty(present->next, tag);
+  const YSynch::CriticalSection::SmartLock lock(*gsLock);
+  AppendTag();
 }
 
 }  // namespace YLog

@@ -1,11 +1,12 @@
 #include <YBase/BasicMessageCursor.h>
-#include <YBase/PublishedOnce.h>
+#include <YBase/NeverDestroyed.h>
 
 namespace YBase {
 
 namespace {
 
-constinit PublishedOnce<const Message> gsNothing;
+// Made while the library is loaded.
+NeverDestroyed<const Message> gsNothing;
 
 }  // namespace
 
@@ -40,9 +41,9 @@ bool BasicMessageCursor<MessageType>::Descend(bool emptyWhereMissing) {
 template <class MessageType>
 MessageType& BasicMessageCursor<MessageType>::ReplaceMissing([[maybe_unused]] MessageType& parent) {
   if constexpr (std::is_const_v<MessageType>) {
-    return gsNothing.Get();
+    return *gsNothing;
   } else {
-    // The parent's next place stays behind the last one: what is added here has been visited.
+    // The parent's next place stays the end of its list: what is added here counts as visited.
     return parent.mLowerLevelMessages.emplace_back();
   }
 }

@@ -43,8 +43,7 @@ Zone GetZone() noexcept {
 }
 
 // Held around the C library's lock on the zone, so that none of our threads has that at a fork.
-constinit YBase::NeverDestroyed<YSynch::CriticalSection> gsZoneLock(
-    YSynch::LOCK_STACK_CATEGORY_CLASS);
+constinit YBase::NeverDestroyed<YSynch::CriticalSection> gsZoneLock(YSynch::LOCK_STACK_CATEGORY_CLASS);
 
 std::tm BreakDown(std::chrono::sys_seconds instant) noexcept {
   const std::time_t seconds = instant.time_since_epoch().count();

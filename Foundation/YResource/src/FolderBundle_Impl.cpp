@@ -16,12 +16,6 @@ namespace YResource {
 
 namespace {
 
-std::size_t CountTexts(const std::vector<Catalogue>& catalogues) {
-  std::size_t count = 0;
-  for (const Catalogue& catalogue : catalogues) count += catalogue.texts.size();
-  return count;
-}
-
 /// The first fault after the name of the function, the others beneath it.
 [[noreturn]] void ThrowFaults(const char* functionName, const std::vector<YBase::ReturnString>& faults) {
   YBase::Message message((std::string(functionName) + ": " + faults.front()).c_str());
@@ -36,9 +30,9 @@ std::size_t CountTexts(const std::vector<Catalogue>& catalogues) {
 FolderBundle::~FolderBundle() = default;
 
 FolderBundle_Impl::FolderBundle_Impl(const std::vector<Catalogue>& catalogues)
-    : TableBundle(catalogues.front().domain, CountTexts(catalogues)) {
+    : TableBundle(catalogues.front().domain) {
   for (const Catalogue& catalogue : catalogues) {
-    for (const CatalogueText& text : catalogue.texts) mTexts.Set(text.id, catalogue.language, text.text);
+    for (const CatalogueText& text : catalogue.texts) Set(text.id, catalogue.language, text.text);
   }
 }
 

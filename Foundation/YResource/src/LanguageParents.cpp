@@ -1,9 +1,9 @@
 #include "LanguageParents.h"
 
-#include <YBase/PublishedOnce.h>
+#include <YBase/NeverDestroyed.h>
+#include <YSynch/CriticalSection.h>
 #include <unicode/uloc.h>
 
-#include <algorithm>
 #include <string>
 
 #include "LocaleName.h"
@@ -17,9 +17,10 @@ namespace {
 constexpr unsigned FAMILIES = 0x400;
 constexpr unsigned VARIANTS = 0x40;
 
-constinit YBase::PublishedOnce<LanguageParents> gsLanguageParents;
+constinit YBase::NeverDestroyed<YSynch::CriticalSection> gsLock(YSynch::LOCK_STACK_CATEGORY_CLASS);
+constinit const LanguageParents* gspLanguageParents YSYNCH_GUARDED_BY(*gsLock) = nullptr;
 
-/// Each step makes the name shorter, so that no road of parents leads in a circle.
+/// Each step makes the name shorter, so that no chain of parents is a circle.
 unsigned short FindParent(const std::string& name) {
   std::string parent = name;
   while (!parent.empty()) {
@@ -45,23 +46,16 @@ LanguageParents::LanguageParents() {
     for (unsigned variant = 0; variant < VARIANTS; ++variant) {
       const auto language = static_cast<unsigned short>(variant * FAMILIES + family);
       const unsigned short parent = FindParent(GetICUName(language));
-      if (parent != 0) mEntries.push_back({language, parent});
+      if (parent != 0) mParents.emplace(language, parent);
     }
   }
-  std::sort(mEntries.begin(), mEntries.end(),
-            [](const Entry& left, const Entry& right) { return left.language < right.language; });
 }
 
 const LanguageParents& LanguageParents::Get() {
-  return gsLanguageParents.Get();
-}
-
-unsigned short LanguageParents::GetParent(unsigned short language) const noexcept {
-  const auto entry =
-      std::lower_bound(mEntries.begin(), mEntries.end(), language,
-                       [](const Entry& left, unsigned short right) { return left.language < right; });
-  return entry != mEntries.end() && entry->language == language ? entry->parent
-                                                                : static_cast<unsigned short>(0);
+  // Held while ICU is asked, so that no child of a fork inherits ICU's own lock in a locked state.
+  const YSynch::CriticalSection::SmartLock lock(*gsLock);
+  if (gspLanguageParents == nullptr) gspLanguageParents = new LanguageParents;
+  return *gspLanguageParents;
 }
 
 }  // namespace YResource

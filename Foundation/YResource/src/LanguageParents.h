@@ -1,11 +1,11 @@
 #pragma once
 
-#include <vector>
+#include <map>
 
 namespace YResource {
 
-/// Which language each falls back to: "de-AT" to "de", and that to the neutral one. Asked of ICU once, so
-/// that lookups need not.
+/// Which language each falls back to: "de-AT" to "de", and that to the neutral one. ICU is asked for all of
+/// them once, so that lookups need not.
 ///
 /// Threads: any; it never changes.
 class LanguageParents {
@@ -18,16 +18,14 @@ class LanguageParents {
   static const LanguageParents& Get();
 
   /// 0 for a language without a parent, and for one that is unknown. Going on from a parent leads to 0.
-  unsigned short GetParent(unsigned short language) const noexcept;
+  unsigned short GetParent(unsigned short language) const noexcept {
+    const auto entry = mParents.find(language);
+    return entry != mParents.end() ? entry->second : static_cast<unsigned short>(0);
+  }
 
  private:
-  struct Entry {
-    unsigned short language;
-    unsigned short parent;
-  };
-
-  // In ascending order of languages; those whose parent is neutral are left out.
-  std::vector<Entry> mEntries;
+  // Languages whose parent is the neutral one are left out.
+  std::map<unsigned short, unsigned short> mParents;
 };
 
 }  // namespace YResource

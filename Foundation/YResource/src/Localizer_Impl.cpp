@@ -1,11 +1,12 @@
 #include "Localizer_Impl.h"
 
 #include <YBase/Message.h>
-#include <YBase/PublishedOnce.h>
+#include <YBase/NeverDestroyed.h>
 #include <YResource/Localizer.h>
+#include <YSynch/CriticalSection.h>
 
 #include <cassert>
-#include <string>
+#include <utility>
 
 #include "TableBundle.h"
 
@@ -13,38 +14,52 @@ namespace YResource {
 
 namespace {
 
-struct LocalizerOfProcess {
-  const YBase::SmartPtrI<Localizer_Impl> localizer{new Localizer_Impl};
-};
+constinit YBase::NeverDestroyed<YSynch::CriticalSection> gsLock(YSynch::LOCK_STACK_CATEGORY_CLASS);
+// The one of the process, made when it is first needed.
+constinit YBase::NeverDestroyed<YBase::SmartPtrI<Localizer_Impl>> gsLocalizer YSYNCH_GUARDED_BY(*gsLock);
 
-constinit YBase::PublishedOnce<LocalizerOfProcess> gsLocalizer;
+YBase::SmartPtrI<Localizer_Impl> GetLocalizerOfProcess() {
+  const YSynch::CriticalSection::SmartLock lock(*gsLock);
+  if (!*gsLocalizer) *gsLocalizer = YBase::SmartPtrI<Localizer_Impl>(new Localizer_Impl);
+  return *gsLocalizer;
+}
 
 }  // namespace
 
 YBase::ReturnString Localizer_Impl::GetText(unsigned domain, unsigned id, unsigned short language) const {
-  const YBase::SmartPtrI<Bundle> bundle = mRegistry.Find(domain);
+  const YBase::SmartPtrI<Bundle> bundle = FindBundle(domain);
   if (!bundle) return {};
   // Ours are asked for just this language: the message's own texts in the parents come before the bundle's.
-  if (const auto* table = dynamic_cast<const TableBundle*>(bundle.Get())) {
-    const std::string* const text = table->FindText(id, language);
-    return text != nullptr ? *text : std::string();
-  }
+  if (const auto* table = dynamic_cast<const TableBundle*>(bundle.Get()))
+    return table->FindText(id, language);
   return bundle->GetString(id, language, "");
 }
 
+void Localizer_Impl::SetBundle(unsigned domain, YBase::SmartPtrI<Bundle> bundle) {
+  // The old bundle leaves in `bundle`, which is released after the lock: that may run client code.
+  const YSynch::RWLock::WriteSmartLock lock(mLock);
+  std::swap(mBundles[domain], bundle);
+}
+
+YBase::SmartPtrI<Bundle> Localizer_Impl::FindBundle(unsigned domain) const {
+  const YSynch::RWLock::ReadSmartLock lock(mLock);
+  const auto place = mBundles.find(domain);
+  return place != mBundles.end() ? place->second : nullptr;
+}
+
 YBase::SmartPtrI<YBase::Localizer> GetLocalizer() {
-  return gsLocalizer.Get().localizer;
+  return GetLocalizerOfProcess();
 }
 
 void RegisterBundle(unsigned domain, const YBase::SmartPtrI<Bundle>& bundle) {
   assert(domain != YBase::MESSAGE_DOMAIN_UNKNOWN);
   assert(bundle);
   if (domain == YBase::MESSAGE_DOMAIN_UNKNOWN || !bundle) return;
-  gsLocalizer.Get().localizer->GetRegistry().Set(domain, bundle);
+  GetLocalizerOfProcess()->SetBundle(domain, bundle);
 }
 
 void UnregisterBundle(unsigned domain) {
-  gsLocalizer.Get().localizer->GetRegistry().Set(domain, nullptr);
+  GetLocalizerOfProcess()->SetBundle(domain, nullptr);
 }
 
 }  // namespace YResource

@@ -1,10 +1,14 @@
 #pragma once
 
 #include <YBase/Localizer.h>
+#include <YBase/SmartPtrI.h>
+#include <YResource/Bundle.h>
 #include <YSynch/AtomicLong.h>
+#include <YSynch/RWLock.h>
 #include <YSynch/ReferenceCountedImpl.h>
 
-#include "BundleRegistry.h"
+#include <map>
+
 #include "LanguageParents.h"
 
 namespace YResource {
@@ -19,13 +23,20 @@ class Localizer_Impl final : public YBase::Localizer,
     return mParents.GetParent(language);
   }
 
-  BundleRegistry& GetRegistry() noexcept { return mRegistry; }
+  /// Null takes away the bundle of a domain.
+  ///
+  /// Failure: `std::bad_alloc`; everything stays as it was.
+  void SetBundle(unsigned domain, YBase::SmartPtrI<Bundle> bundle);
 
  private:
   ~Localizer_Impl() override = default;
 
+  YBase::SmartPtrI<Bundle> FindBundle(unsigned domain) const;
+
   const LanguageParents& mParents;
-  BundleRegistry mRegistry;
+  mutable YSynch::RWLock mLock{YSynch::LOCK_STACK_CATEGORY_CLASS};
+  // Null for a domain whose bundle was taken away.
+  std::map<unsigned, YBase::SmartPtrI<Bundle>> mBundles YSYNCH_GUARDED_BY(mLock);
 };
 
 }  // namespace YResource

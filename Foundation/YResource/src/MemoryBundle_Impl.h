@@ -1,8 +1,6 @@
 #pragma once
 
-#include <YBase/StrongPtr.h>
 #include <YResource/MemoryBundle.h>
-#include <YSynch/CriticalSection.h>
 
 #include "TableBundle.h"
 
@@ -10,16 +8,13 @@ namespace YResource {
 
 class MemoryBundle_Impl final : public MemoryBundle, public TableBundle {
  public:
-  explicit MemoryBundle_Impl(unsigned domain);
+  explicit MemoryBundle_Impl(unsigned domain) : TableBundle(domain) {}
 
   unsigned GetDomain() const override { return mDomain; }
   void SetText(unsigned id, unsigned short language, const char* text) override;
 
  private:
   ~MemoryBundle_Impl() override = default;
-
-  // Keeps those apart who set texts; lookups do not take it.
-  const YBase::StrongPtr<YSynch::CriticalSection> mpLock;
 };
 
 }  // namespace YResource

@@ -6,8 +6,7 @@
 
 namespace YResource {
 
-TableBundle::TableBundle(unsigned domain, std::size_t expectedTexts)
-    : mDomain(domain), mTexts(expectedTexts), mParents(LanguageParents::Get()) {
+TableBundle::TableBundle(unsigned domain) : mDomain(domain), mParents(LanguageParents::Get()) {
   // Found now, so that the first lookup does not have to ask ICU.
   GetProcessLanguageID();
 }
@@ -19,7 +18,12 @@ MessageTemplate TableBundle::GetMessageTemplate(unsigned id, unsigned short lang
 
 YBase::ReturnString TableBundle::GetString(unsigned id, unsigned short language,
                                            const char* defaultText) const {
-  if (const std::string* text = FindWithFallback(id, language)) return *text;
+  std::string text = FindText(id, language);
+  while (text.empty() && language != 0) {
+    language = mParents.GetParent(language);
+    text = FindText(id, language);
+  }
+  if (!text.empty()) return text;
   if (defaultText != nullptr && *defaultText != '\0') return defaultText;
   // Rather this than a record that says nothing.
   YBase::Message message;
@@ -27,11 +31,18 @@ YBase::ReturnString TableBundle::GetString(unsigned id, unsigned short language,
   return YBase::FormatMessage(message, 0);
 }
 
-const std::string* TableBundle::FindWithFallback(unsigned id, unsigned short language) const noexcept {
-  while (true) {
-    const std::string* const text = FindText(id, language);
-    if (text != nullptr || language == 0) return text;
-    language = mParents.GetParent(language);
+std::string TableBundle::FindText(unsigned id, unsigned short language) const {
+  const YSynch::RWLock::ReadSmartLock lock(mLock);
+  const auto text = mTexts.find({id, language});
+  return text != mTexts.end() ? text->second : std::string();
+}
+
+void TableBundle::Set(unsigned id, unsigned short language, std::string text) {
+  const YSynch::RWLock::WriteSmartLock lock(mLock);
+  if (text.empty()) {
+    mTexts.erase({id, language});
+  } else {
+    mTexts.insert_or_assign({id, language}, std::move(text));
   }
 }
 

@@ -2,39 +2,43 @@
 
 #include <YResource/Bundle.h>
 #include <YSynch/AtomicLong.h>
+#include <YSynch/RWLock.h>
 #include <YSynch/ReferenceCountedImpl.h>
 
-#include <cstddef>
+#include <map>
 #include <string>
+#include <utility>
 
 #include "LanguageParents.h"
-#include "TextTable.h"
 
 namespace YResource {
 
-/// The part of a bundle that knows its texts, whatever interface it shows.
+/// The part of a bundle that holds its texts, whatever interface it shows.
 class TableBundle : public virtual Bundle, public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
   MessageTemplate GetMessageTemplate(unsigned id, unsigned short language,
                                      const char* defaultTemplate) const override;
   YBase::ReturnString GetString(unsigned id, unsigned short language, const char* defaultText) const override;
 
-  /// The text in just this language, or null. Valid as long as the bundle.
-  const std::string* FindText(unsigned id, unsigned short language) const noexcept {
-    return mTexts.Find(id, language);
-  }
+  /// The text in just this language, or an empty one.
+  std::string FindText(unsigned id, unsigned short language) const;
 
  protected:
-  TableBundle(unsigned domain, std::size_t expectedTexts);
+  explicit TableBundle(unsigned domain);
   ~TableBundle() override = default;
 
+  /// An empty text takes away the one that is there.
+  ///
+  /// Failure: `std::bad_alloc`; the texts stay as they were.
+  void Set(unsigned id, unsigned short language, std::string text);
+
   const unsigned mDomain;
-  TextTable mTexts;
 
  private:
-  const std::string* FindWithFallback(unsigned id, unsigned short language) const noexcept;
-
   const LanguageParents& mParents;
+  mutable YSynch::RWLock mLock{YSynch::LOCK_STACK_CATEGORY_OBJECT};
+  // By ID and language.
+  std::map<std::pair<unsigned, unsigned short>, std::string> mTexts YSYNCH_GUARDED_BY(mLock);
 };
 
 }  // namespace YResource

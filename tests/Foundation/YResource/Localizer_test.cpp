@@ -10,7 +10,6 @@
 #include <thread>
 #include <vector>
 
-#include "Foundation/YResource/src/BundleRegistry.h"
 #include "support/ChildProcess.h"
 
 namespace {
@@ -139,52 +138,52 @@ TEST(Localizer, RefusesWhatCannotBeRegistered) {
   EXPECT_DEBUG_DEATH(RegisterBundle(7, SmartPtrI<Bundle>()), "bundle");
 }
 
-TEST(BundleRegistry, IsReadWhileBundlesComeAndGo) {
+TEST(Localizer, IsReadWhileBundlesComeAndGo) {
   std::atomic<int> living{0};
   std::atomic<bool> isOver{false};
   std::atomic<int> wrong{0};
-  YResource::BundleRegistry registry;
   std::vector<std::thread> readers;
   for (int i = 0; i < 3; ++i) {
     readers.emplace_back([&] {
       while (!isOver) {
-        const SmartPtrI<Bundle> bundle = registry.Find(7);
-        if (bundle && bundle->GetString(1, GERMAN, "") != "vom Kunden") ++wrong;
+        const std::string text = GetLocalizer()->GetText(7, 1, GERMAN);
+        if (text != "vom Kunden" && text != "") ++wrong;
       }
     });
   }
   for (int i = 0; i < 500; ++i) {
-    registry.Set(7, SmartPtrI<Bundle>(new ClientBundle(living)));
-    registry.Set(static_cast<unsigned>(8 + i % 5), SmartPtrI<Bundle>(new ClientBundle(living)));
-    if (i % 3 == 0) registry.Set(7, nullptr);
+    RegisterBundle(7, SmartPtrI<Bundle>(new ClientBundle(living)));
+    RegisterBundle(static_cast<unsigned>(8 + i % 5), SmartPtrI<Bundle>(new ClientBundle(living)));
+    if (i % 3 == 0) UnregisterBundle(7);
   }
   isOver = true;
   for (std::thread& reader : readers) reader.join();
   EXPECT_EQ(wrong, 0);
   EXPECT_EQ(living, 6) << "the domains 7 to 12";
+  for (unsigned domain = 7; domain <= 12; ++domain) UnregisterBundle(domain);
+  EXPECT_EQ(living, 0);
 }
 
-TEST(BundleRegistry, IsChangedInAChildThatWasForkedWhileOthersRead) {
+TEST(Localizer, IsChangedInAChildThatWasForkedWhileOthersRead) {
   std::atomic<int> living{0};
   std::atomic<bool> isOver{false};
-  YResource::BundleRegistry* const registry = new YResource::BundleRegistry;
-  registry->Set(7, SmartPtrI<Bundle>(new ClientBundle(living)));
+  RegisterBundle(7, SmartPtrI<Bundle>(new ClientBundle(living)));
   std::vector<std::thread> readers;
   for (int i = 0; i < 2; ++i) {
     readers.emplace_back([&] {
-      while (!isOver) registry->Find(7);
+      while (!isOver) GetLocalizer()->GetText(7, 1, GERMAN);
     });
   }
   for (int i = 0; i < 20; ++i) {
     Support::ChildProcess child([&] {
-      registry->Set(7, nullptr);
-      return registry->Find(7) ? 1 : 0;
+      UnregisterBundle(7);
+      return GetLocalizer()->GetText(7, 1, GERMAN).empty() ? 0 : 1;
     });
     EXPECT_EQ(child.Wait(), 0);
   }
   isOver = true;
   for (std::thread& reader : readers) reader.join();
-  delete registry;
+  UnregisterBundle(7);
 }
 
 }  // namespace

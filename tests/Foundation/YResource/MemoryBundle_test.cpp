@@ -53,6 +53,13 @@ TEST(MemoryBundle, GivesDomainAndIdRatherThanNothing) {
   EXPECT_EQ(bundle->GetMessageTemplate(345, GERMAN, nullptr).GetText(), "12/345");
 }
 
+TEST(MemoryBundle, GivesTheNewTextForAnOldOne) {
+  const auto bundle = CreateMemoryBundle();
+  bundle->SetText(1, GERMAN, "old");
+  bundle->SetText(1, GERMAN, "new");
+  EXPECT_EQ(bundle->GetString(1, GERMAN, "default"), "new");
+}
+
 TEST(MemoryBundle, ForgetsATextThatIsSetToNothing) {
   const auto bundle = CreateMemoryBundle();
   bundle->SetText(1, 0, "neutral");

@@ -14,7 +14,7 @@ namespace YResource {
 ///
 /// Lookups fall back as those of `MemoryBundle` do.
 ///
-/// Threads: any. Lookups neither wait nor lock, and touch no file.
+/// Threads: any. Lookups touch no file.
 class YRESOURCE_EXPORT FolderBundle : public virtual Bundle {
  public:
   virtual unsigned GetDomain() const = 0;

@@ -9,8 +9,7 @@ namespace YResource {
 
 /// The localizer of this process: it finds texts in the catalogues that are registered below.
 ///
-/// Threads: any. Its lookups take no lock, call no ICU and touch no file; they allocate the text that they
-/// return.
+/// Threads: any. Its lookups call no ICU and touch no file; they allocate the text that they return.
 ///
 /// Failure: `std::bad_alloc`. What a client's bundle throws comes out of its lookups.
 YRESOURCE_EXPORT YBase::SmartPtrI<YBase::Localizer> GetLocalizer();

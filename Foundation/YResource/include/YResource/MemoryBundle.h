@@ -13,7 +13,7 @@ namespace YResource {
 /// else the default; where that is null or empty, too, the domain and the ID ("12/345"), so that no record is
 /// empty.
 ///
-/// Threads: any, also while others look up. Lookups neither wait nor lock.
+/// Threads: any, also while others look up.
 ///
 /// Failure: `std::bad_alloc`; the catalogue stays as it was.
 class YRESOURCE_EXPORT MemoryBundle : public virtual Bundle {
@@ -21,9 +21,6 @@ class YRESOURCE_EXPORT MemoryBundle : public virtual Bundle {
   virtual unsigned GetDomain() const = 0;
 
   /// Sets the text under an ID in a language, UTF-8. Null or an empty text takes it away.
-  ///
-  /// What a text replaces keeps its memory until the bundle goes: this is for filling a catalogue, not for
-  /// values that change.
   virtual void SetText(unsigned id, unsigned short language, const char* text) = 0;
 
  protected:

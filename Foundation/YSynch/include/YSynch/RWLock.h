@@ -44,7 +44,9 @@ class YSYNCH_EXPORT YSYNCH_CAPABILITY("read-write lock") RWLock final : private 
 /// Holds a lock for reading as long as it exists.
 class YSYNCH_EXPORT YSYNCH_SCOPED_CAPABILITY RWLock::ReadSmartLock {
  public:
-  explicit ReadSmartLock(RWLock& lock) noexcept YSYNCH_ACQUIRE_SHARED(lock) : mLock(lock) { mLock.LockRead(); }
+  explicit ReadSmartLock(RWLock& lock) noexcept YSYNCH_ACQUIRE_SHARED(lock) : mLock(lock) {
+    mLock.LockRead();
+  }
   ~ReadSmartLock() YSYNCH_RELEASE_GENERIC() { mLock.UnlockRead(); }
   ReadSmartLock(const ReadSmartLock&) = delete;
   ReadSmartLock& operator=(const ReadSmartLock&) = delete;
