@@ -89,9 +89,9 @@ void Destination_DiskFile_Impl::AppendRecord(YFileSystem::UpdateableFile& file, 
     }
   }
   if (before.empty()) {
-    file.Append(size, {record});
+    file.Append(size, record);
   } else {
-    file.Append(size, {before, record});
+    file.Append(size, std::string(before).append(record));
   }
   mSizeAsLeft = size + before.size() + record.size();
 }

@@ -62,8 +62,8 @@ class FaultyFileOperations final : public FileOperationsWrapper {
   ssize_t ReadAt(int descriptor, char* buffer, std::size_t count, std::uint64_t position) noexcept override {
     return mReadAt.Strikes() ? -1 : FileOperationsWrapper::ReadAt(descriptor, buffer, count, position);
   }
-  ssize_t Write(int descriptor, const iovec* pieces, int count) noexcept override {
-    return mWrite.Strikes() ? -1 : FileOperationsWrapper::Write(descriptor, pieces, count);
+  ssize_t Write(int descriptor, const char* text, std::size_t count) noexcept override {
+    return mWrite.Strikes() ? -1 : FileOperationsWrapper::Write(descriptor, text, count);
   }
   int Truncate(int descriptor, std::uint64_t size) noexcept override {
     return mTruncate.Strikes() ? -1 : FileOperationsWrapper::Truncate(descriptor, size);

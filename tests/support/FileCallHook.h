@@ -27,8 +27,8 @@ class FileCallHook final : public FileOperationsWrapper {
   ssize_t ReadAt(int descriptor, char* buffer, std::size_t count, std::uint64_t position) noexcept override {
     return Fails("read") ? -1 : FileOperationsWrapper::ReadAt(descriptor, buffer, count, position);
   }
-  ssize_t Write(int descriptor, const iovec* pieces, int count) noexcept override {
-    return Fails("write") ? -1 : FileOperationsWrapper::Write(descriptor, pieces, count);
+  ssize_t Write(int descriptor, const char* text, std::size_t count) noexcept override {
+    return Fails("write") ? -1 : FileOperationsWrapper::Write(descriptor, text, count);
   }
   int Truncate(int descriptor, std::uint64_t size) noexcept override {
     return Fails("truncate") ? -1 : FileOperationsWrapper::Truncate(descriptor, size);

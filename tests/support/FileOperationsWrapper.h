@@ -18,8 +18,8 @@ class FileOperationsWrapper : public YFileSystem::FileOperations {
   ssize_t ReadAt(int descriptor, char* buffer, std::size_t count, std::uint64_t position) noexcept override {
     return mNext.ReadAt(descriptor, buffer, count, position);
   }
-  ssize_t Write(int descriptor, const iovec* pieces, int count) noexcept override {
-    return mNext.Write(descriptor, pieces, count);
+  ssize_t Write(int descriptor, const char* text, std::size_t count) noexcept override {
+    return mNext.Write(descriptor, text, count);
   }
   int Truncate(int descriptor, std::uint64_t size) noexcept override {
     return mNext.Truncate(descriptor, size);

@@ -139,10 +139,7 @@ bool FileCopy::Fill(UpdateableFile& original) {
 
 bool FileCopy::Write(const char* data, std::size_t size) const noexcept {
   FileOperations& operations = FileOperations::GetCurrent();
-  // The system's structure is for reading, too, and so knows no const.
-  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
-  const iovec piece{const_cast<char*>(data), size};
-  const ssize_t written = Uninterrupted([&] { return operations.Write(mDescriptor.Get(), &piece, 1); });
+  const ssize_t written = Uninterrupted([&] { return operations.Write(mDescriptor.Get(), data, size); });
   return written >= 0 && static_cast<std::size_t>(written) == size;
 }
 

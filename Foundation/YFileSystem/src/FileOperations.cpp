@@ -33,9 +33,8 @@ class SystemFileOperations final : public FileOperations {
   ssize_t ReadAt(int descriptor, char* buffer, std::size_t count, std::uint64_t position) noexcept override {
     return ::pread(descriptor, buffer, count, static_cast<off_t>(position));
   }
-  ssize_t Write(int descriptor, const iovec* pieces, int count) noexcept override {
-    if (count == 1) return ::write(descriptor, pieces->iov_base, pieces->iov_len);
-    return ::writev(descriptor, pieces, count);
+  ssize_t Write(int descriptor, const char* text, std::size_t count) noexcept override {
+    return ::write(descriptor, text, count);
   }
   int Truncate(int descriptor, std::uint64_t size) noexcept override {
     return ::ftruncate(descriptor, static_cast<off_t>(size));

@@ -2,7 +2,6 @@
 
 #include <sys/stat.h>
 #include <sys/types.h>
-#include <sys/uio.h>
 
 #include <chrono>
 #include <cstddef>
@@ -35,7 +34,7 @@ class FileOperations {
   virtual int Lock(int descriptor, int operation) noexcept = 0;
   virtual ssize_t ReadAt(int descriptor, char* buffer, std::size_t count,
                          std::uint64_t position) noexcept = 0;
-  virtual ssize_t Write(int descriptor, const iovec* pieces, int count) noexcept = 0;
+  virtual ssize_t Write(int descriptor, const char* text, std::size_t count) noexcept = 0;
   virtual int Truncate(int descriptor, std::uint64_t size) noexcept = 0;
   virtual int ChangePermissions(int descriptor, mode_t permissions) noexcept = 0;
   virtual int ChangeOwner(int descriptor, uid_t owner, gid_t group) noexcept = 0;

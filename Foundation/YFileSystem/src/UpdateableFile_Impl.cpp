@@ -15,16 +15,8 @@
 #include "Failure.h"
 #include "FileOperations.h"
 #include "Uninterrupted.h"
-#include "UnwrittenPieces.h"
 
 namespace YFileSystem {
-
-namespace {
-
-// As many pieces as one call takes; callers have two at most.
-constexpr int VECTOR_COUNT = 8;
-
-}  // namespace
 
 UpdateableFile_Impl::UpdateableFile_Impl(std::string path) : mPath(std::move(path)) {
   Open();
@@ -92,36 +84,34 @@ FileFacts UpdateableFile_Impl::Query() {
   ThrowFailure(FUNCTION_NAME, "query", mPath, errno);
 }
 
-void UpdateableFile_Impl::Append(std::uint64_t size, std::initializer_list<std::string_view> pieces) {
+void UpdateableFile_Impl::Append(std::uint64_t size, std::string_view text) {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::UpdateableFile_Impl::Append";
   OpenUnlessOpen();
-  UnwrittenPieces unwritten({pieces.begin(), pieces.size()});
-  const std::uint64_t length = unwritten.GetSize();
   // A file-size limit of the process is to be an error, not a signal that ends it.
   std::optional<YBase::SignalGuard> guard;
-  if (mFileSizeLimit.IsPassedBy(size + length)) guard.emplace(SIGXFSZ);
-  const int error = WriteAll(unwritten);
+  if (mFileSizeLimit.IsPassedBy(size + text.size())) guard.emplace(SIGXFSZ);
+  std::string_view rest = text;
+  const int error = Write(rest);
   if (error == 0) return;
 
   // Before anything is said about it, which needs memory.
-  const int second = unwritten.GetSize() != length ? TruncateTo(size) : 0;
+  const int second = rest.size() != text.size() ? TruncateTo(size) : 0;
   std::string reason = ReasonOf(error);
   if (second != 0) reason += "; what was written stays, because it cannot be cut off: " + ReasonOf(second);
   ThrowFailure(FUNCTION_NAME, "write to", mPath, reason);
 }
 
-/// Returns 0 when nothing is left, else the number of the error that ended it.
-int UpdateableFile_Impl::WriteAll(UnwrittenPieces& pieces) const noexcept {
+/// Takes from `rest` what has been written. Returns 0 when that is all of it, else the number of the error
+/// that ended it.
+int UpdateableFile_Impl::Write(std::string_view& rest) const noexcept {
   FileOperations& operations = FileOperations::GetCurrent();
-  while (pieces.GetSize() != 0) {
-    iovec vectors[VECTOR_COUNT];
-    const int count = pieces.Describe(vectors);
+  while (!rest.empty()) {
     const ssize_t written =
-        Uninterrupted([&] { return operations.Write(mDescriptor.Get(), vectors, count); });
+        Uninterrupted([&] { return operations.Write(mDescriptor.Get(), rest.data(), rest.size()); });
     if (written < 0) return errno;
-    // No file system does so; but whoever does must not be asked for ever.
+    // No file system does this, but repeating the call could take forever.
     if (written == 0) return EIO;
-    pieces.Advance(static_cast<std::size_t>(written));
+    rest.remove_prefix(static_cast<std::size_t>(written));
   }
   return 0;
 }

@@ -12,8 +12,6 @@
 
 namespace YFileSystem {
 
-class UnwrittenPieces;
-
 class UpdateableFile_Impl final : public UpdateableFile,
                                   public YSynch::ReferenceCountedImpl<YSynch::AtomicLong>,
                                   private YSynch::ForkParticipant {
@@ -21,7 +19,7 @@ class UpdateableFile_Impl final : public UpdateableFile,
   /// Opens the file at the path, in UTF-8; see `OpenUpdateableFile`.
   explicit UpdateableFile_Impl(std::string path);
 
-  void Append(std::uint64_t size, std::initializer_list<std::string_view> pieces) override;
+  void Append(std::uint64_t size, std::string_view text) override;
   PathState QueryPath() override;
   FileFacts Query() override;
   void SetPosition(std::uint64_t position) noexcept override { mPosition = position; }
@@ -37,7 +35,7 @@ class UpdateableFile_Impl final : public UpdateableFile,
 
   void Open();
   void OpenUnlessOpen();
-  int WriteAll(UnwrittenPieces& pieces) const noexcept;
+  int Write(std::string_view& rest) const noexcept;
   int TruncateTo(std::uint64_t size) const noexcept;
 
   const std::string mPath;

@@ -76,7 +76,7 @@ TEST_F(FileLock, LetsEveryRecordOfManyProcessesStandWhole) {
       for (int record = 0; record < RECORDS; ++record) {
         const WriteLock lock(*file);
         const std::uint64_t size = file->QueryPath().mSize;
-        file->Append(size, {text, "\n"});
+        file->Append(size, text + "\n");
         if (file->QueryPath().mSize != size + text.size() + 1) return 1;
       }
       return 0;
@@ -183,7 +183,7 @@ TEST_F(ForkedFile, MakesAChildWaitForItsParent) {
       return Content() == "parent" ? 0 : 1;
     });
     EXPECT_TRUE(Support::WaitsForLock(child->ID()));
-    mFile->Append(0, {"parent"});
+    mFile->Append(0, "parent");
   }
   EXPECT_EQ(child->Wait(), 0);
 }

@@ -10,10 +10,9 @@ class ShortWrites final : public Support::FileOperationsWrapper {
  public:
   explicit ShortWrites(std::size_t limit) : mLimit(limit) {}
 
-  ssize_t Write(int descriptor, const iovec* pieces, int) noexcept override {
+  ssize_t Write(int descriptor, const char* text, std::size_t count) noexcept override {
     ++mWrites;
-    const iovec first{pieces->iov_base, std::min(pieces->iov_len, mLimit)};
-    return mLimit != 0 ? FileOperationsWrapper::Write(descriptor, &first, 1) : 0;
+    return mLimit != 0 ? FileOperationsWrapper::Write(descriptor, text, std::min(count, mLimit)) : 0;
   }
 
   int mWrites = 0;

@@ -97,10 +97,10 @@ TEST_F(FileFaults, AShortWriteIsContinued) {
   ShortWrites operations(2);
   {
     const WriteLock lock(*file);
-    file->Append(0, {"12345", "", "6", "789"});
+    file->Append(0, "123456789");
   }
   EXPECT_EQ(Content(), "123456789");
-  EXPECT_EQ(operations.mWrites, 6);
+  EXPECT_EQ(operations.mWrites, 5);
 }
 
 TEST_F(FileFaults, AWriteOfNothingIsNotRepeatedForEver) {
@@ -229,9 +229,9 @@ class Recorder final : public Support::FileOperationsWrapper {
     mCalls.push_back(operation == LOCK_UN ? "unlock" : "lock");
     return mbLockInVain ? 0 : FileOperationsWrapper::Lock(descriptor, operation);
   }
-  ssize_t Write(int descriptor, const iovec* pieces, int count) noexcept override {
-    mCalls.push_back("write " + std::to_string(count));
-    return FileOperationsWrapper::Write(descriptor, pieces, count);
+  ssize_t Write(int descriptor, const char* text, std::size_t count) noexcept override {
+    mCalls.emplace_back("write");
+    return FileOperationsWrapper::Write(descriptor, text, count);
   }
   int Truncate(int descriptor, std::uint64_t size) noexcept override {
     mCalls.emplace_back("truncate");
@@ -280,18 +280,8 @@ TEST_F(FileCalls, AreFourForARecord) {
   mRecorder.TakeCalls();
   for (int record = 0; record < 3; ++record) {
     Append(*file, "record\n");
-    EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("lock", "query path", "write 1", "unlock"));
+    EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("lock", "query path", "write", "unlock"));
   }
-}
-
-TEST_F(FileCalls, AreNoMoreForSeveralPieces) {
-  const FilePtr file = Open();
-  mRecorder.TakeCalls();
-  {
-    const WriteLock lock(*file);
-    file->Append(file->QueryPath().mSize, {"head", "", "record"});
-  }
-  EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("lock", "query path", "write 2", "unlock"));
 }
 
 TEST_F(FileCalls, ReadTheFileSizeLimitAtOpeningAndOnceASecond) {

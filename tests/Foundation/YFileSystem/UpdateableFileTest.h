@@ -27,7 +27,7 @@ class UpdateableFileTest : public testing::Test {
   /// What a destination does for a record.
   static void Append(YFileSystem::UpdateableFile& file, std::string_view text) {
     const WriteLock lock(file);
-    file.Append(file.QueryPath().mSize, {text});
+    file.Append(file.QueryPath().mSize, text);
   }
   static std::string ReadAll(YFileSystem::UpdateableFile& file) {
     std::string text(100'000, '\0');

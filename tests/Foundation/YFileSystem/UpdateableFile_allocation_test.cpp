@@ -16,7 +16,7 @@ TEST_F(FileMemory, IsNotNeededToAppend) {
   for (int i = 0; i < 10; ++i) {
     const WriteLock lock(*file);
     const YFileSystem::UpdateableFile::PathState state = file->QueryPath();
-    if (state.mIsThisFile) file->Append(state.mSize, {"head ", "record"});
+    if (state.mIsThisFile) file->Append(state.mSize, "head record");
   }
   EXPECT_EQ(Support::GetAllocationCount(), before);
   EXPECT_EQ(Content().size(), 110U);

@@ -139,25 +139,10 @@ TEST_F(UpdateableFile, IsNotBehindALoopOfLinks) {
 
 // Appending.
 
-TEST_F(UpdateableFile, TakesSeveralPiecesInTheirOrder) {
-  const FilePtr file = Open();
-  const WriteLock lock(*file);
-  file->Append(0, {"one ", "", "two ", "three"});
-  EXPECT_EQ(Content(), "one two three");
-}
-
-TEST_F(UpdateableFile, TakesMorePiecesThanOneCallWrites) {
-  const FilePtr file = Open();
-  const WriteLock lock(*file);
-  file->Append(0, {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m", "n", "o", "p", "q", "r"});
-  EXPECT_EQ(Content(), "abcdefghijklmnopqr");
-}
-
 TEST_F(UpdateableFile, TakesNothing) {
   const FilePtr file = Open();
   const WriteLock lock(*file);
-  file->Append(0, {});
-  file->Append(0, {"", ""});
+  file->Append(0, "");
   EXPECT_EQ(Content(), "");
 }
 

@@ -30,9 +30,9 @@ class CancellingOperations final : public Support::FileOperationsWrapper {
     Cancel();
     return FileOperationsWrapper::Open(path, flags, mode);
   }
-  ssize_t Write(int descriptor, const iovec* pieces, int count) noexcept override {
+  ssize_t Write(int descriptor, const char* text, std::size_t count) noexcept override {
     Cancel();
-    return FileOperationsWrapper::Write(descriptor, pieces, count);
+    return FileOperationsWrapper::Write(descriptor, text, count);
   }
 
   bool mbActive = false;

@@ -29,12 +29,12 @@ class SlowFirstWrite final : public Support::FileOperationsWrapper {
     ++(operation == LOCK_UN ? mUnlocks : mLocks);
     return FileOperationsWrapper::Lock(descriptor, operation);
   }
-  ssize_t Write(int descriptor, const iovec* pieces, int count) noexcept override {
+  ssize_t Write(int descriptor, const char* text, std::size_t count) noexcept override {
     if (!mbWriting.exchange(true)) {
       mbWriting.notify_all();
       mbMayContinue.wait(false);
     }
-    return FileOperationsWrapper::Write(descriptor, pieces, count);
+    return FileOperationsWrapper::Write(descriptor, text, count);
   }
   void WaitForWrite() const { mbWriting.wait(false); }
   void Continue() {

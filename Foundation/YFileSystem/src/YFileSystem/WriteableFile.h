@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <string_view>
 
 #include <YBase/ReferenceCounted.h>
@@ -22,12 +21,10 @@ class YSYNCH_CAPABILITY("write lock") WriteableFile : public virtual YBase::Refe
  public:
   class WriteSmartLock;
 
-  /// Writes the pieces one after the other at the end, all or nothing: what the file system cuts short is
-  /// taken back to `size`.
+  /// Writes the text at the end, all or nothing: what the file system cuts short is taken back to `size`.
   ///
   /// \pre `size` is the present size of the file; the write lock is held.
-  virtual void Append(std::uint64_t size, std::initializer_list<std::string_view> pieces)
-      YSYNCH_REQUIRES(this) = 0;
+  virtual void Append(std::uint64_t size, std::string_view text) YSYNCH_REQUIRES(this) = 0;
 
  private:
   /// Waits without a bound.
