@@ -10,6 +10,7 @@
 #include <optional>
 
 #include <YBase/SignalGuard.h>
+#include <YBase/Uninterrupted.h>
 
 namespace YLog {
 
@@ -80,11 +81,10 @@ bool StandardError::WaitForRoom(TimePoint end, bool isBegun) noexcept {
   if (mbReaderHasStopped && !isBegun) return false;
   pollfd stream{::fileno(stderr), POLLOUT, 0};
   if (stream.fd < 0) return false;
-  int result;
-  do {
+  const int result = YBase::Uninterrupted([&] {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
-    result = ::poll(&stream, 1, isBegun ? -1 : static_cast<int>(std::max<long long>(left.count(), 0)));
-  } while (result < 0 && errno == EINTR);
+    return ::poll(&stream, 1, isBegun ? -1 : static_cast<int>(std::max<long long>(left.count(), 0)));
+  });
   if (result == 0) mbReaderHasStopped = true;
   return result > 0;
 }

@@ -13,7 +13,6 @@ class FileOperationsWrapper : public YFileSystem::FileOperations {
   int Open(const char* path, int flags, mode_t mode) noexcept override {
     return mNext.Open(path, flags, mode);
   }
-  int Close(int descriptor) noexcept override { return mNext.Close(descriptor); }
   int Lock(int descriptor, int operation) noexcept override { return mNext.Lock(descriptor, operation); }
   ssize_t ReadAt(int descriptor, char* buffer, std::size_t count, std::uint64_t position) noexcept override {
     return mNext.ReadAt(descriptor, buffer, count, position);

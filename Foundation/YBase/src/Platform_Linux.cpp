@@ -1,3 +1,4 @@
+#include <YBase/Uninterrupted.h>
 #include <fcntl.h>
 #include <link.h>
 #include <sys/stat.h>
@@ -5,7 +6,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <ctime>
@@ -78,8 +78,7 @@ void ConsumePendingSignal(int signalNumber) noexcept {
   ::sigemptyset(&signals);
   ::sigaddset(&signals, signalNumber);
   constexpr timespec NO_TIME{};
-  while (::sigtimedwait(&signals, nullptr, &NO_TIME) < 0 && errno == EINTR) {
-  }
+  Uninterrupted([&] { return ::sigtimedwait(&signals, nullptr, &NO_TIME); });
 }
 
 int OpenPlaceholder() noexcept {

@@ -4,10 +4,10 @@
 #include <string>
 
 #include <YBase/TextConversion.h>
+#include <YBase/Uninterrupted.h>
 
 #include "Failure.h"
 #include "FileOperations.h"
-#include "Uninterrupted.h"
 
 namespace YFileSystem::File {
 
@@ -25,7 +25,8 @@ std::optional<FileFacts> Query(const wchar_t* path) {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::File::Query";
   const std::string file = YBase::WideCharToUTF8(path);
   FileFacts facts;
-  if (Uninterrupted([&] { return FileOperations::GetCurrent().QueryName(file.c_str(), facts); }) == 0) {
+  if (YBase::Uninterrupted([&] { return FileOperations::GetCurrent().QueryName(file.c_str(), facts); }) ==
+      0) {
     return facts;
   }
   if (errno == ENOENT) return std::nullopt;

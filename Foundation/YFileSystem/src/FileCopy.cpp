@@ -13,11 +13,11 @@
 #include <YBase/Message.h>
 #include <YBase/SignalGuard.h>
 #include <YBase/TextConversion.h>
+#include <YBase/Uninterrupted.h>
 #include <YFileSystem/File.h>
 
 #include "Failure.h"
 #include "FileOperations.h"
-#include "Uninterrupted.h"
 
 namespace YFileSystem {
 
@@ -35,14 +35,14 @@ bool AllowsReading(const FileFacts& facts) noexcept {
   return (facts.mPermissions & ANY_READ) != 0;
 }
 
-bool ChangeOwner(const Descriptor& descriptor, unsigned owner, unsigned group) noexcept {
+bool ChangeOwner(const YBase::Descriptor& descriptor, unsigned owner, unsigned group) noexcept {
   FileOperations& operations = FileOperations::GetCurrent();
-  return Uninterrupted([&] { return operations.ChangeOwner(descriptor.Get(), owner, group); }) == 0;
+  return YBase::Uninterrupted([&] { return operations.ChangeOwner(descriptor.Get(), owner, group); }) == 0;
 }
 
 }  // namespace
 
-FileCopy::FileCopy(std::wstring path, Descriptor descriptor) noexcept
+FileCopy::FileCopy(std::wstring path, YBase::Descriptor descriptor) noexcept
     : mPath(std::move(path)), mDescriptor(std::move(descriptor)) {}
 
 FileCopy::FileCopy(FileCopy&& other) noexcept
@@ -65,7 +65,8 @@ std::optional<FileCopy> FileCopy::Create(const wchar_t* path) {
   constexpr int FLAGS = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
   const std::string file = YBase::WideCharToUTF8(path);
   FileOperations& operations = FileOperations::GetCurrent();
-  Descriptor descriptor(Uninterrupted([&] { return operations.Open(file.c_str(), FLAGS, INCOMPLETE); }));
+  YBase::Descriptor descriptor(
+      YBase::Uninterrupted([&] { return operations.Open(file.c_str(), FLAGS, INCOMPLETE); }));
   if (!descriptor) {
     if (errno == EEXIST) return std::nullopt;
     ThrowFailure(FUNCTION_NAME, "create", file, errno);
@@ -104,7 +105,8 @@ std::optional<FileCopy> FileCopy::Open(const wchar_t* path, const FileFacts& fou
       (AllowsReading(found) ? O_RDONLY : O_WRONLY) | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
   const std::string file = YBase::WideCharToUTF8(path);
   FileOperations& operations = FileOperations::GetCurrent();
-  FileCopy copy(path, Descriptor(Uninterrupted([&] { return operations.Open(file.c_str(), flags, 0); })));
+  FileCopy copy(
+      path, YBase::Descriptor(YBase::Uninterrupted([&] { return operations.Open(file.c_str(), flags, 0); })));
   if (!copy.mDescriptor) {
     if (errno == ENOENT || errno == ELOOP) return std::nullopt;
     if (errno != EACCES) copy.Fail(FUNCTION_NAME, "open", errno);
@@ -117,10 +119,10 @@ std::optional<FileCopy> FileCopy::Open(const wchar_t* path, const FileFacts& fou
 bool FileCopy::LockUnlessRenamed() {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Lock";
   FileOperations& operations = FileOperations::GetCurrent();
-  if (Uninterrupted([&] { return operations.Lock(mDescriptor.Get(), LOCK_EX); }) != 0) {
+  if (YBase::Uninterrupted([&] { return operations.Lock(mDescriptor.Get(), LOCK_EX); }) != 0) {
     Fail(FUNCTION_NAME, "lock", errno);
   }
-  if (Uninterrupted([&] { return operations.QueryDescriptor(mDescriptor.Get(), mFacts); }) != 0) {
+  if (YBase::Uninterrupted([&] { return operations.QueryDescriptor(mDescriptor.Get(), mFacts); }) != 0) {
     Fail(FUNCTION_NAME, "query", errno);
   }
   return HasItsName();
@@ -139,7 +141,8 @@ bool FileCopy::Fill(UpdateableFile& original) {
 
 bool FileCopy::Write(const char* data, std::size_t size) const noexcept {
   FileOperations& operations = FileOperations::GetCurrent();
-  const ssize_t written = Uninterrupted([&] { return operations.Write(mDescriptor.Get(), data, size); });
+  const ssize_t written =
+      YBase::Uninterrupted([&] { return operations.Write(mDescriptor.Get(), data, size); });
   return written >= 0 && static_cast<std::size_t>(written) == size;
 }
 
@@ -153,7 +156,8 @@ void FileCopy::Complete(UpdateableFile& original) {
   }
   if ((permissions & ANY_READ) == 0) permissions |= S_IRUSR;
   FileOperations& operations = FileOperations::GetCurrent();
-  if (Uninterrupted([&] { return operations.ChangePermissions(mDescriptor.Get(), permissions); }) != 0) {
+  if (YBase::Uninterrupted([&] { return operations.ChangePermissions(mDescriptor.Get(), permissions); }) !=
+      0) {
     Fail(FUNCTION_NAME, "set the permissions of", errno);
   }
   mFacts.mPermissions = permissions;
@@ -184,7 +188,7 @@ std::size_t FileCopy::ReadAt(std::uint64_t position, char* buffer, std::size_t s
   static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Read";
   FileOperations& operations = FileOperations::GetCurrent();
   const ssize_t count =
-      Uninterrupted([&] { return operations.ReadAt(mDescriptor.Get(), buffer, size, position); });
+      YBase::Uninterrupted([&] { return operations.ReadAt(mDescriptor.Get(), buffer, size, position); });
   if (count > 0) return static_cast<std::size_t>(count);
   Fail(FUNCTION_NAME, "read", count < 0 ? errno : EIO);
 }

@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <limits>
 
-#include <YBase/CancellationGuard.h>
 #include <YBase/OpenDescriptor.h>
 
 #include "Platform.h"
@@ -23,11 +22,6 @@ class SystemFileOperations final : public FileOperations {
 
   int Open(const char* path, int flags, mode_t mode) noexcept override {
     return YBase::OpenDescriptor(path, flags, mode);
-  }
-  int Close(int descriptor) noexcept override {
-    // Files are also closed by destructors and in forks, where no cancellation may take effect.
-    const YBase::CancellationGuard cancellationGuard;
-    return ::close(descriptor);
   }
   int Lock(int descriptor, int operation) noexcept override { return ::flock(descriptor, operation); }
   ssize_t ReadAt(int descriptor, char* buffer, std::size_t count, std::uint64_t position) noexcept override {

@@ -20,8 +20,8 @@ inline constexpr mode_t NEW_FILE_MODE = S_IRUSR | S_IWUSR | S_IRGRP;
 ///
 /// Ownership: whoever replaces the current operations keeps the new ones alive while they are current.
 ///
-/// Threads: any; replaced ones may still be called by a thread that was on its way to them. All calls but
-/// `Close` expect a thread that cannot be cancelled (`YBase::CancellationGuard`).
+/// Threads: any; replaced ones may still be called by a thread that was on its way to them. All calls
+/// expect a thread that cannot be cancelled (`YBase::CancellationGuard`).
 ///
 /// Failure: as the system's: -1 is returned, and `errno` says why. An interrupted call is not repeated here.
 class FileOperations {
@@ -30,7 +30,6 @@ class FileOperations {
   FileOperations& operator=(const FileOperations&) = delete;
 
   virtual int Open(const char* path, int flags, mode_t mode) noexcept = 0;
-  virtual int Close(int descriptor) noexcept = 0;
   virtual int Lock(int descriptor, int operation) noexcept = 0;
   virtual ssize_t ReadAt(int descriptor, char* buffer, std::size_t count,
                          std::uint64_t position) noexcept = 0;

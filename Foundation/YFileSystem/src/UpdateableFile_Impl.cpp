@@ -11,10 +11,10 @@
 
 #include <YBase/SignalGuard.h>
 #include <YBase/TextConversion.h>
+#include <YBase/Uninterrupted.h>
 
 #include "Failure.h"
 #include "FileOperations.h"
-#include "Uninterrupted.h"
 
 namespace YFileSystem {
 
@@ -32,8 +32,8 @@ void UpdateableFile_Impl::Open() {
   // Not blocking, because what stands at the path may be a pipe, or a device that takes its time.
   constexpr int FLAGS = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
   FileOperations& operations = FileOperations::GetCurrent();
-  mDescriptor =
-      Descriptor(Uninterrupted([&] { return operations.Open(mPath.c_str(), FLAGS, NEW_FILE_MODE); }));
+  mDescriptor = YBase::Descriptor(
+      YBase::Uninterrupted([&] { return operations.Open(mPath.c_str(), FLAGS, NEW_FILE_MODE); }));
   if (!mDescriptor) ThrowFailure(FUNCTION_NAME, "open", mPath, errno);
 
   FileFacts facts;
@@ -60,7 +60,7 @@ void UpdateableFile_Impl::LockForWriting() {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::UpdateableFile_Impl::LockForWriting";
   OpenUnlessOpen();
   FileOperations& operations = FileOperations::GetCurrent();
-  if (Uninterrupted([&] { return operations.Lock(mDescriptor.Get(), LOCK_EX); }) == 0) return;
+  if (YBase::Uninterrupted([&] { return operations.Lock(mDescriptor.Get(), LOCK_EX); }) == 0) return;
   ThrowFailure(FUNCTION_NAME, "lock", mPath, errno);
 }
 
@@ -107,7 +107,7 @@ int UpdateableFile_Impl::Write(std::string_view& rest) const noexcept {
   FileOperations& operations = FileOperations::GetCurrent();
   while (!rest.empty()) {
     const ssize_t written =
-        Uninterrupted([&] { return operations.Write(mDescriptor.Get(), rest.data(), rest.size()); });
+        YBase::Uninterrupted([&] { return operations.Write(mDescriptor.Get(), rest.data(), rest.size()); });
     if (written < 0) return errno;
     // No file system does this, but repeating the call could take forever.
     if (written == 0) return EIO;
@@ -122,7 +122,7 @@ std::size_t UpdateableFile_Impl::Read(char* buffer, std::size_t count) {
   FileOperations& operations = FileOperations::GetCurrent();
   std::size_t total = 0;
   while (total != count) {
-    const ssize_t read = Uninterrupted([&] {
+    const ssize_t read = YBase::Uninterrupted([&] {
       return operations.ReadAt(mDescriptor.Get(), buffer + total, count - total, mPosition + total);
     });
     if (read < 0) ThrowFailure(FUNCTION_NAME, "read", mPath, errno);
@@ -144,7 +144,7 @@ void UpdateableFile_Impl::Truncate() {
 
 int UpdateableFile_Impl::TruncateTo(std::uint64_t size) const noexcept {
   FileOperations& operations = FileOperations::GetCurrent();
-  return Uninterrupted([&] { return operations.Truncate(mDescriptor.Get(), size); }) == 0 ? 0 : errno;
+  return YBase::Uninterrupted([&] { return operations.Truncate(mDescriptor.Get(), size); }) == 0 ? 0 : errno;
 }
 
 YBase::SmartPtrI<UpdateableFile> OpenUpdateableFile(

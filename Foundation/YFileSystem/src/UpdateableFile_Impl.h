@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include <YFileSystem/Descriptor.h>
+#include <YBase/Descriptor.h>
 #include <YFileSystem/FileFacts.h>
 #include <YFileSystem/UpdateableFile.h>
 #include <YSynch/ForkParticipant.h>
@@ -40,7 +40,7 @@ class UpdateableFile_Impl final : public UpdateableFile,
 
   const std::string mPath;
   // None in a child of a fork that has not needed the file yet.
-  Descriptor mDescriptor;
+  YBase::Descriptor mDescriptor;
   FileIdentity mIdentity;
   std::uint64_t mPosition = 0;
   FileSizeLimit mFileSizeLimit;

@@ -1,5 +1,7 @@
 #include "FileText.h"
 
+#include <YBase/Descriptor.h>
+#include <YBase/Uninterrupted.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -18,35 +20,20 @@ namespace {
 // server.
 constexpr off_t MAXIMUM_SIZE = 16 << 20;
 
-class Descriptor {
- public:
-  explicit Descriptor(const std::string& path)
-      : mDescriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
-  ~Descriptor() {
-    if (mDescriptor >= 0) ::close(mDescriptor);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  int Get() const noexcept { return mDescriptor; }
-
- private:
-  const int mDescriptor;
-};
-
 std::string DescribeError() {
   return "cannot be read: " + std::system_category().message(errno);
 }
 
 /// Returns how much of `buffer` the file has filled, or a negative number for a failure.
 ssize_t ReadAll(int descriptor, std::string& buffer) {
-  std::size_t length = 0;
-  ssize_t count = 0;
-  do {
-    count = ::read(descriptor, buffer.data() + length, buffer.size() - length);
-    if (count > 0) length += static_cast<std::size_t>(count);
-  } while (count > 0 || (count < 0 && errno == EINTR));
-  return count < 0 ? count : static_cast<ssize_t>(length);
+  ssize_t length = 0;
+  while (true) {
+    const auto begin = static_cast<std::size_t>(length);
+    const ssize_t count = YBase::Uninterrupted(
+        [&] { return ::read(descriptor, buffer.data() + begin, buffer.size() - begin); });
+    if (count <= 0) return count < 0 ? count : length;
+    length += count;
+  }
 }
 
 }  // namespace
@@ -56,9 +43,9 @@ std::optional<std::string> ReadFileText(const std::string& path, CatalogueFaults
     faults.Add(path, 0, reason);
     return std::nullopt;
   };
-  const Descriptor file(path);
+  const YBase::Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat status;
-  if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0) return refuse(DescribeError());
+  if (!file || ::fstat(file.Get(), &status) != 0) return refuse(DescribeError());
   if (!S_ISREG(status.st_mode)) return refuse("is not a regular file");
   if (status.st_size > MAXIMUM_SIZE) return refuse("is larger than 16 MiB");
   // One byte more than the file has, which is filled only if it grows.

@@ -249,10 +249,6 @@ class Recorder final : public Support::FileOperationsWrapper {
     mCalls.emplace_back("open");
     return FileOperationsWrapper::Open(path, flags, mode);
   }
-  int Close(int descriptor) noexcept override {
-    mCalls.emplace_back("close");
-    return FileOperationsWrapper::Close(descriptor);
-  }
   std::uint64_t GetFileSizeLimit() noexcept override {
     mCalls.emplace_back("limit");
     return FileOperationsWrapper::GetFileSizeLimit();
@@ -310,13 +306,6 @@ TEST_F(FileCalls, GiveTheLockBackOnce) {
   mRecorder.TakeCalls();
   { const WriteLock lock(*file); }
   EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("lock", "unlock"));
-}
-
-TEST_F(FileCalls, CloseTheFileOnce) {
-  FilePtr file = Open();
-  mRecorder.TakeCalls();
-  file = nullptr;
-  EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("close"));
 }
 
 // A disk that is really full.

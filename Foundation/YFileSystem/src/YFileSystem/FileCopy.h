@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include <YFileSystem/Descriptor.h>
+#include <YBase/Descriptor.h>
 #include <YFileSystem/FileFacts.h>
 #include <YFileSystem/UpdateableFile.h>
 
@@ -55,7 +55,7 @@ class FileCopy {
   void MoveTo(const wchar_t* path);
 
  private:
-  FileCopy(std::wstring path, Descriptor descriptor) noexcept;
+  FileCopy(std::wstring path, YBase::Descriptor descriptor) noexcept;
 
   static std::optional<FileCopy> Open(const wchar_t* path, const FileFacts& found);
   bool LockUnlessRenamed();
@@ -65,7 +65,7 @@ class FileCopy {
 
   std::wstring mPath;
   // None where this process may not open the copy.
-  Descriptor mDescriptor;
+  YBase::Descriptor mDescriptor;
   FileFacts mFacts;
   bool mbDelete = false;
 };

@@ -2,9 +2,9 @@
 
 #include <cerrno>
 
-namespace YFileSystem {
+namespace YBase {
 
-/// Makes a call again as long as a signal interrupts it.
+/// The result of a system call that is repeated as long as a signal interrupts it.
 template <class Call>
 auto Uninterrupted(Call call) noexcept {
   auto result = call();
@@ -12,4 +12,4 @@ auto Uninterrupted(Call call) noexcept {
   return result;
 }
 
-}  // namespace YFileSystem
+}  // namespace YBase

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace YFileSystem {
+namespace YBase {
 
 /// Owns an open file descriptor, or none.
 ///
@@ -28,4 +28,4 @@ class Descriptor {
   int mDescriptor = NONE;
 };
 
-}  // namespace YFileSystem
+}  // namespace YBase
