@@ -2,12 +2,12 @@
 
 #include <utility>
 
+#include <YBase/NullText.h>
 #include <YLog/Logger.h>
 #include <YLog/MessageBody.h>
 #include <YLog/MessageHeader.h>
 
 #include "Core/MessageUnderWay.h"
-#include "Core/NotNull.h"
 #include "ModuleMain.h"
 
 namespace YLog {
@@ -19,11 +19,11 @@ YBase::SmartPtrI<Dispatcher> CreateDispatcher(const char* name) {
   return YBase::SmartPtrI<Dispatcher>(new Dispatcher_Impl(name));
 }
 
-Dispatcher_Impl::Dispatcher_Impl(const char* name) : mName(NotNull(name)) {}
+Dispatcher_Impl::Dispatcher_Impl(const char* name) : mName(YBase::NotNull(name)) {}
 
 void Dispatcher_Impl::LogMessage(const Logger& logger, const char* text, unsigned messageID,
                                  const char* fileName, const char* funcName, int lineNumber) const {
-  text = NotNull(text);
+  text = YBase::NotNull(text);
   // The lock is taken once, both for the list and for whether there is a destination at all.
   const YBase::SmartPtrI<const DestinationList> destinations = GetDestinations();
   if (!destinations) return;

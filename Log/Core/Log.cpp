@@ -3,10 +3,9 @@
 #include <YBase/ExceptionImpl.h>
 #include <YBase/FormatMessage.h>
 #include <YBase/Message.h>
+#include <YBase/NullText.h>
 #include <YResource/Bundle.h>
 #include <YResource/Language.h>
-
-#include "Core/NotNull.h"
 
 namespace YLog {
 
@@ -47,7 +46,7 @@ BaseException MakeException(const char* text, unsigned messageID) {
 void LogFormatted(Router& router, const char* messageTemplate, YResource::MessageFormatter& formatter,
                   const char* fileName, const char* funcName, int lineNumber) {
   YResource::FormattedText text;
-  formatter.Format(NotNull(messageTemplate), text);
+  formatter.Format(YBase::NotNull(messageTemplate), text);
   router.LogMessage(text.CStr(), 0, fileName, funcName, lineNumber);
 }
 
@@ -70,7 +69,7 @@ void LogMessageAndThrowBaseException(Router& router, const char* messageTemplate
                                      YResource::MessageFormatter& formatter,
                                      const char* /*defaultTemplate*/) {
   YResource::FormattedText text;
-  formatter.Format(NotNull(messageTemplate), text);
+  formatter.Format(YBase::NotNull(messageTemplate), text);
   LogStringAndThrowBaseException(router, text.CStr());
 }
 
@@ -84,7 +83,7 @@ void LogMessageAndThrowBaseException(Router& router, unsigned messageID,
 }
 
 void LogStringAndThrowBaseException(Router& router, const char* text) {
-  text = NotNull(text);
+  text = YBase::NotNull(text);
   router.LogMessage(text, 0, nullptr, nullptr, 0);
   throw BaseException(text);
 }

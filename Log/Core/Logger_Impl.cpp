@@ -3,10 +3,10 @@
 #include <optional>
 #include <utility>
 
+#include <YBase/NullText.h>
 #include <YLog/ConfigurationHook.h>
 
 #include "Core/BackPointer.h"
-#include "Core/NotNull.h"
 #include "Core/UnderConfiguration.h"
 #include "ModuleMain.h"
 
@@ -42,7 +42,7 @@ struct Logger_Impl::NewDispatcher {
 };
 
 Logger_Impl::Logger_Impl(const char* name, YSynch::EnumORBLockStackCategory category)
-    : mpCallbackProxy(new CallbackProxy), mLock(category), mName(NotNull(name)) {
+    : mpCallbackProxy(new CallbackProxy), mLock(category), mName(YBase::NotNull(name)) {
   mpCallbackProxy->SetOwner(this);
 }
 
@@ -94,7 +94,7 @@ void Logger_Impl::GetMessageTextJSON(unsigned short cookie, const char* text, un
 }
 
 unsigned short Logger_Impl::ObtainCookie(const char* dispatcherName) {
-  dispatcherName = NotNull(dispatcherName);
+  dispatcherName = YBase::NotNull(dispatcherName);
   const DispatcherList dispatchers = GetDispatchers();
   const std::size_t index = dispatchers.FindName(dispatcherName);
   if (dispatchers.IsConfigured(index)) return DispatcherList::ToCookie(index);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <YBase/NeverDestroyed.h>
+#include <YBase/NullText.h>
 #include <YBase/TextConversion.h>
 #include <YSynch/CriticalSection.h>
 
@@ -92,7 +93,7 @@ YBase::ReturnString ReplaceSensitiveMessage(const char* text, const char* tagNam
   assert(tagName != nullptr);
   if (text == nullptr || tagName == nullptr) return {};
   const std::string pattern = ' ' + std::string(tagName) + "=\"";
-  return ReplaceValues(text, pattern, replacement != nullptr ? replacement : "", FindAttributeValue);
+  return ReplaceValues(text, pattern, YBase::EmptyIfNull(replacement), FindAttributeValue);
 }
 
 YBase::ReturnString ReplaceSensitiveMessage(const wchar_t* text, const char* tagName,

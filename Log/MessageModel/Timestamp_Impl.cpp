@@ -7,6 +7,8 @@
 #include <limits>
 #include <string_view>
 
+#include <YBase/NullText.h>
+
 namespace YLog {
 
 namespace {
@@ -128,7 +130,7 @@ void Timestamp::AppendISO8601String(std::string& out) const {
 }
 
 unsigned Timestamp::FromISO8601String(const char* text) {
-  if (text == nullptr) text = "";
+  text = YBase::EmptyIfNull(text);
   Timestamp parsed;
   const char* position = text + parsed.FromString(text);
   if (*position == '+' || *position == '-') {

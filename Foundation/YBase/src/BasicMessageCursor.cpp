@@ -12,18 +12,18 @@ NeverDestroyed<const Message> gsNothing;
 
 template <class MessageType>
 BasicMessageCursor<MessageType>::BasicMessageCursor(MessageType& root)
-    : mRoad{{&root, root.mLowerLevelMessages.begin()}} {}
+    : mPath{{&root, root.mLowerLevelMessages.begin()}} {}
 
 template <class MessageType>
 bool BasicMessageCursor<MessageType>::LowerLevelMessageIsUnvisited() const noexcept {
-  const Place& here = mRoad.back();
+  const Step& here = mPath.back();
   return here.nextLower != here.message->mLowerLevelMessages.end();
 }
 
 template <class MessageType>
 bool BasicMessageCursor<MessageType>::GoToParent() noexcept {
-  if (mRoad.size() == 1) return false;
-  mRoad.pop_back();
+  if (mPath.size() == 1) return false;
+  mPath.pop_back();
   return true;
 }
 
@@ -32,9 +32,9 @@ bool BasicMessageCursor<MessageType>::Descend(bool emptyWhereMissing) {
   const bool isThere = LowerLevelMessageIsUnvisited();
   if (!isThere && !emptyWhereMissing) return false;
   const std::size_t level = GetLevel();
-  MessageType& lower = isThere ? *mRoad[level].nextLower : ReplaceMissing(*mRoad[level].message);
-  mRoad.push_back({&lower, lower.mLowerLevelMessages.begin()});
-  if (isThere) ++mRoad[level].nextLower;
+  MessageType& lower = isThere ? *mPath[level].nextLower : ReplaceMissing(*mPath[level].message);
+  mPath.push_back({&lower, lower.mLowerLevelMessages.begin()});
+  if (isThere) ++mPath[level].nextLower;
   return true;
 }
 

@@ -1,4 +1,5 @@
 #include <YBase/Message.h>
+#include <YBase/NullText.h>
 #include <YBase/TextConversion.h>
 
 #include <utility>
@@ -49,7 +50,7 @@ void Message::SetDomainAndID(unsigned domain, unsigned id) noexcept {
 }
 
 void Message::SetLocalizedText(unsigned short language, const char* utf8Text) {
-  mTexts.insert_or_assign(language, std::string(utf8Text != nullptr ? utf8Text : ""));
+  mTexts.insert_or_assign(language, std::string(EmptyIfNull(utf8Text)));
 }
 
 const char* Message::GetLocalizedText(unsigned short language) const noexcept {

@@ -1,5 +1,6 @@
 #include <YBase/ExceptionImpl.h>
 #include <YBase/Message.h>
+#include <YBase/NullText.h>
 #include <YBase/NumberText.h>
 
 #include <algorithm>
@@ -13,8 +14,15 @@ ReturnString ToDecimalString(long long value) {
   return std::to_string(value);
 }
 
+std::string_view ToHexText(char (&storage)[16], unsigned long long value, int minimumDigits) noexcept {
+  char* const end = storage + sizeof storage;
+  char* begin = end;
+  for (; value != 0 || end - begin < minimumDigits; value /= 16) *--begin = "0123456789ABCDEF"[value % 16];
+  return {begin, static_cast<std::size_t>(end - begin)};
+}
+
 int DecimalToInt(const char* text) noexcept {
-  if (text == nullptr) return 0;
+  text = EmptyIfNull(text);
   while (*text == ' ' || *text == '\t') ++text;
   const bool negative = *text == '-';
   if (negative || *text == '+') ++text;
@@ -28,7 +36,7 @@ int DecimalToInt(const char* text) noexcept {
 
 unsigned HexToUnsignedInt(const char* text, bool throwOnError) {
   static constexpr const char* FUNCTION_NAME = "YBase::HexToUnsignedInt";
-  if (text == nullptr) text = "";
+  text = EmptyIfNull(text);
   const char* const end = text + std::strlen(text);
   unsigned value = 0;
   const auto [stop, error] = std::from_chars(text, end, value, 16);

@@ -1,11 +1,11 @@
 #include <YBase/CancellationGuard.h>
+#include <YBase/Check.h>
 #include <YBase/StandardDescriptorsGuard.h>
 #include <fcntl.h>
 #include <pthread.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <exception>
 #include <utility>
 
 #include "HighDescriptor.h"
@@ -18,10 +18,6 @@ constinit pthread_mutex_t gsMutex = PTHREAD_MUTEX_INITIALIZER;
 // All guards share the numbers that are taken, so that the end of one does not expose another.
 constinit unsigned gsGuardCount = 0;
 constinit bool gsbIsTaken[FIRST_HIGH_DESCRIPTOR]{};
-
-void Check(int error) noexcept {
-  if (error != 0) std::terminate();
-}
 
 void Lock() noexcept {
   Check(pthread_mutex_lock(&gsMutex));

@@ -1,3 +1,4 @@
+#include <YBase/NullText.h>
 #include <YBase/TextConversion.h>
 #include <utf8.h>
 
@@ -52,7 +53,7 @@ std::string_view EncodeUTF8(wchar_t character, char (&storage)[4]) noexcept {
 
 ReturnString WideCharToUTF8(const wchar_t* text) {
   ReturnString result;
-  if (text == nullptr) return result;
+  text = EmptyIfNull(text);
   result.reserve(std::wcslen(text));
   char storage[4];
   for (; *text != L'\0'; ++text) result += EncodeUTF8(*text, storage);
@@ -61,7 +62,7 @@ ReturnString WideCharToUTF8(const wchar_t* text) {
 
 ReturnWString UTF8ToWideChar(const char* text) {
   ReturnWString result;
-  if (text == nullptr) return result;
+  text = EmptyIfNull(text);
   const char* const end = text + std::strlen(text);
   result.reserve(static_cast<std::size_t>(end - text));
   while (true) {

@@ -5,13 +5,14 @@
 
 #include <YBase/ExceptionImpl.h>
 #include <YBase/Message.h>
+#include <YBase/NullText.h>
 
 namespace YBase {
 
 ReturnString WideCharToASCII(const wchar_t* text) {
   static constexpr const char* FUNCTION_NAME = "YBase::WideCharToASCII";
   ReturnString result;
-  if (text == nullptr) return result;
+  text = EmptyIfNull(text);
   result.reserve(std::wcslen(text));
   for (; *text != L'\0'; ++text) {
     if (*text < 0 || *text > 0x7F) {

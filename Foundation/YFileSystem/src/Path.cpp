@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include <YBase/NullText.h>
 #include <YBase/TextConversion.h>
 
 #include "Failure.h"
@@ -44,7 +45,7 @@ YBase::ReturnWString Combine(const wchar_t* base, const wchar_t* relative) {
 }
 
 YBase::ReturnWString GetDirname(const wchar_t* path) {
-  const std::wstring_view text = path != nullptr ? path : L"";
+  const std::wstring_view text = YBase::EmptyIfNull(path);
   const std::size_t separator = text.rfind(L'/');
   if (separator == std::wstring_view::npos) return {};
   const std::size_t last = text.find_last_not_of(L'/', separator);
@@ -54,7 +55,7 @@ YBase::ReturnWString GetDirname(const wchar_t* path) {
 }
 
 const char* GetBasename(const char* path) noexcept {
-  if (path == nullptr) return "";
+  path = YBase::EmptyIfNull(path);
   const char* separator = std::strrchr(path, '/');
   return separator != nullptr ? separator + 1 : path;
 }

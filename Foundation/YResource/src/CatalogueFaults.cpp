@@ -1,5 +1,6 @@
 #include "CatalogueFaults.h"
 
+#include <YBase/NumberText.h>
 #include <utf8.h>
 
 #include <algorithm>
@@ -17,9 +18,10 @@ bool IsToBeEscaped(unsigned character) {
 }
 
 void AppendEscape(std::string& text, char kind, int digits, unsigned value) {
+  char storage[16];
   text += '\\';
   text += kind;
-  while (--digits >= 0) text += "0123456789ABCDEF"[value >> 4 * digits & 0xF];
+  text += YBase::ToHexText(storage, value, digits);
 }
 
 std::string Escape(const std::string& text) {

@@ -14,7 +14,7 @@
 #include "CatalogueFaults.h"
 #include "CatalogueReader.h"
 #include "FileText.h"
-#include "Place.h"
+#include "Placeholder.h"
 
 namespace YResource {
 
@@ -69,12 +69,12 @@ std::string Describe(const std::set<std::size_t>& places) {
 
 /// Arguments of a message are the same in every language: a place that is missing would lose one, a place too
 /// many would stay as written.
-void CheckPlaces(const std::vector<Catalogue>& catalogues, CatalogueFaults& faults) {
+void CheckPlaceholders(const std::vector<Catalogue>& catalogues, CatalogueFaults& faults) {
   // The neutral catalogue is the first; what it lacks is compared with the first translation instead.
   std::map<unsigned, std::pair<std::set<std::size_t>, const Catalogue*>> references;
   for (const Catalogue& catalogue : catalogues) {
     for (const CatalogueText& text : catalogue.texts) {
-      const std::set<std::size_t> places = FindPlaces(text.text);
+      const std::set<std::size_t> places = FindPlaceholders(text.text);
       const auto& [expected, reference] = references.try_emplace(text.id, places, &catalogue).first->second;
       if (places == expected) continue;
       faults.Add(catalogue.path, text.line,
@@ -99,7 +99,7 @@ std::vector<Catalogue> ReadCatalogueFolder(const std::string& folder, CatalogueF
   }
   std::sort(catalogues.begin(), catalogues.end(), GoesBefore);
   if (!catalogues.empty()) CheckThatTheyBelongTogether(catalogues, faults);
-  CheckPlaces(catalogues, faults);
+  CheckPlaceholders(catalogues, faults);
   return catalogues;
 }
 

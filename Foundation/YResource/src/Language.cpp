@@ -1,3 +1,4 @@
+#include <YBase/NullText.h>
 #include <YResource/Language.h>
 
 #include <algorithm>
@@ -28,7 +29,7 @@ unsigned short GetLanguageOfEnvironment() {
 }  // namespace
 
 unsigned short GetLanguageID(const char* locale) {
-  std::string name(locale != nullptr ? locale : "");
+  std::string name(YBase::EmptyIfNull(locale));
   // The encoding and the modifier of a name as the C library knows it.
   name.resize(std::min(name.find_first_of(".@"), name.size()));
   return FindLanguage(name);

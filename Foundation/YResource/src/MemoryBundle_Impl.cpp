@@ -1,11 +1,13 @@
 #include "MemoryBundle_Impl.h"
 
+#include <YBase/NullText.h>
+
 namespace YResource {
 
 MemoryBundle::~MemoryBundle() = default;
 
 void MemoryBundle_Impl::SetText(unsigned id, unsigned short language, const char* text) {
-  Set(id, language, text != nullptr ? text : "");
+  Set(id, language, YBase::EmptyIfNull(text));
 }
 
 YBase::SmartPtrI<MemoryBundle> CreateMemoryBundle(unsigned domain) {

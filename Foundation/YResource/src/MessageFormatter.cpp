@@ -1,3 +1,5 @@
+#include <YBase/NullText.h>
+#include <YBase/NumberText.h>
 #include <YBase/TextConversion.h>
 #include <YResource/MessageFormatter.h>
 
@@ -7,7 +9,7 @@
 #include <cstring>
 #include <optional>
 
-#include "Place.h"
+#include "Placeholder.h"
 
 namespace YResource {
 
@@ -29,21 +31,6 @@ std::string_view ToDecimalText(NumberStorage& storage, unsigned long long magnit
   return {begin, static_cast<std::size_t>(end - begin)};
 }
 
-std::string_view ToHexText(NumberStorage& storage, unsigned long long value, int minimumDigits,
-                           std::string_view prefix) noexcept {
-  // Written from its end, where the last digit stands.
-  char* const end = storage + sizeof storage;
-  char* begin = end;
-  for (; value != 0 || end - begin < minimumDigits; value /= 16) *--begin = "0123456789ABCDEF"[value % 16];
-  begin -= prefix.size();
-  prefix.copy(begin, prefix.size());
-  return {begin, static_cast<std::size_t>(end - begin)};
-}
-
-std::string_view ToWideHexText(NumberStorage& storage, unsigned long long value) noexcept {
-  return ToHexText(storage, value, 8, "0x");
-}
-
 /// The argument of a number from 1 on, out of texts that each follow their length.
 std::optional<std::string_view> FindArgument(std::string_view arguments, std::size_t number) noexcept {
   while (!arguments.empty()) {
@@ -57,25 +44,25 @@ std::optional<std::string_view> FindArgument(std::string_view arguments, std::si
 }
 
 /// Appends what the percent sign at the beginning of `rest` stands for. Returns how much of it that took.
-std::size_t AppendPlace(std::string_view rest, std::string_view arguments, FormattedText& text) {
+std::size_t AppendPlaceholder(std::string_view rest, std::string_view arguments, FormattedText& text) {
   if (rest.starts_with("%%")) {
     text.Append('%');
     return 2;
   }
-  const Place place = ReadPlace(rest);
-  const auto argument = place.number > 0 ? FindArgument(arguments, place.number) : std::nullopt;
-  text.Append(argument.value_or(rest.substr(0, place.length)));
-  return place.length;
+  const Placeholder placeholder = ReadPlaceholder(rest);
+  const auto argument = placeholder.number > 0 ? FindArgument(arguments, placeholder.number) : std::nullopt;
+  text.Append(argument.value_or(rest.substr(0, placeholder.length)));
+  return placeholder.length;
 }
 
 }  // namespace
 
 MessageFormatter& MessageFormatter::operator<<(const char* text) {
-  return AddArgument(text != nullptr ? std::string_view(text) : std::string_view());
+  return AddArgument(YBase::EmptyIfNull(text));
 }
 
 MessageFormatter& MessageFormatter::operator<<(const wchar_t* text) {
-  return *this << (text != nullptr ? std::wstring_view(text) : std::wstring_view());
+  return *this << std::wstring_view(YBase::EmptyIfNull(text));
 }
 
 MessageFormatter& MessageFormatter::operator<<(std::string_view text) {
@@ -118,22 +105,26 @@ MessageFormatter& MessageFormatter::operator<<(long double value) {
 }
 
 MessageFormatter& MessageFormatter::operator<<(const void* address) {
-  NumberStorage storage;
-  return AddArgument(ToWideHexText(storage, reinterpret_cast<std::uintptr_t>(address)));
+  return AddWideHex(reinterpret_cast<std::uintptr_t>(address));
 }
 
 MessageFormatter& MessageFormatter::AddInteger(unsigned long long bits, unsigned long long magnitude,
                                                bool negative) {
-  NumberStorage storage;
-  switch (mIntegerForm) {
-    case IntegerForm::HEX:
-      return AddArgument(ToHexText(storage, bits, 1, ""));
-    case IntegerForm::WIDE_HEX:
-      return AddArgument(ToWideHexText(storage, bits));
-    case IntegerForm::DECIMAL:
-      break;
+  if (mIntegerForm == IntegerForm::WIDE_HEX) return AddWideHex(bits);
+  if (mIntegerForm == IntegerForm::HEX) {
+    char digits[16];
+    return AddArgument(YBase::ToHexText(digits, bits, 1));
   }
+  NumberStorage storage;
   return AddArgument(ToDecimalText(storage, magnitude, negative));
+}
+
+MessageFormatter& MessageFormatter::AddWideHex(unsigned long long value) {
+  char digits[16];
+  YBase::TextBuffer<2 + sizeof digits> text;
+  text.Append("0x");
+  text.Append(YBase::ToHexText(digits, value, 8));
+  return AddArgument(text.View());
 }
 
 MessageFormatter& MessageFormatter::AddArgument(std::string_view text) {
@@ -159,7 +150,7 @@ void MessageFormatter::Format(std::string_view messageTemplate, FormattedText& t
     text.Append(messageTemplate.substr(0, percentSign));
     if (percentSign == std::string_view::npos) break;
     messageTemplate.remove_prefix(percentSign);
-    messageTemplate.remove_prefix(AppendPlace(messageTemplate, mArguments.View(), text));
+    messageTemplate.remove_prefix(AppendPlaceholder(messageTemplate, mArguments.View(), text));
   }
   mArguments.Clear();
 }

@@ -1,16 +1,17 @@
+#include <YBase/Check.h>
+
 #include <YSynch/CriticalSection.h>
 
 #include <cassert>
 #include <cerrno>
 
-#include "Check.h"
 #include "HeldLocks.h"
 
 namespace YSynch {
 
 CriticalSection::~CriticalSection() {
   Leave();
-  Check(pthread_mutex_destroy(&mMutex));
+  YBase::Check(pthread_mutex_destroy(&mMutex));
 }
 
 void CriticalSection::Lock() noexcept {
@@ -18,7 +19,7 @@ void CriticalSection::Lock() noexcept {
   if (mpOwner.load(std::memory_order_relaxed) != &mine) {
     mine.LetForkPass();
     Join();
-    Check(pthread_mutex_lock(&mMutex));
+    YBase::Check(pthread_mutex_lock(&mMutex));
     mpOwner.store(&mine, std::memory_order_relaxed);
     mine.Add();
   }
@@ -31,7 +32,7 @@ bool CriticalSection::TryLock() noexcept {
     Join();
     const int error = pthread_mutex_trylock(&mMutex);
     if (error == EBUSY) return false;
-    Check(error);
+    YBase::Check(error);
     mpOwner.store(&mine, std::memory_order_relaxed);
     mine.Add();
   }
@@ -48,7 +49,7 @@ void CriticalSection::Unlock() noexcept {
   if (--mDepth != 0) return;
   mine.Remove();
   mpOwner.store(nullptr, std::memory_order_relaxed);
-  Check(pthread_mutex_unlock(&mMutex));
+  YBase::Check(pthread_mutex_unlock(&mMutex));
 }
 
 // Taken here and given back there: no scope to be checked.

@@ -46,7 +46,7 @@ void ForkParticipant::Leave() noexcept {
 void ForkGate::RegisterHandlers() noexcept {
   const MutexLock guard(mMutex);
   if (std::exchange(mbHandlersAreRegistered, true)) return;
-  Check(pthread_atfork(YSynch::Prepare, YSynch::FinishInParent, YSynch::FinishInChild));
+  YBase::Check(pthread_atfork(YSynch::Prepare, YSynch::FinishInParent, YSynch::FinishInChild));
 }
 
 void ForkGate::Add(ForkSafeLock& lock) noexcept {
@@ -111,7 +111,7 @@ void ForkGate::FinishInChild() noexcept {
   }
   for (ForkSafeLock* lock = mpLocks; lock != nullptr; lock = lock->mpNext) lock->UnlockInChild();
   // Made anew, because the threads that waited for it are not here.
-  Check(pthread_cond_init(&mUnpinned, nullptr));
+  YBase::Check(pthread_cond_init(&mUnpinned, nullptr));
   LetGo();
 }
 
@@ -167,7 +167,7 @@ void ForkGate::WaitFor(ForkSafeLock& lock) noexcept {
 
 void ForkGate::Unpin() noexcept {
   mpPinned = nullptr;
-  Check(pthread_cond_broadcast(&mUnpinned));
+  YBase::Check(pthread_cond_broadcast(&mUnpinned));
 }
 
 }  // namespace YSynch

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <YBase/CancellationGuard.h>
+#include <YBase/Check.h>
 #include <pthread.h>
 
 #include <YSynch/ThreadAnnotations.h>
-
-#include "Check.h"
 
 namespace YSynch {
 
@@ -17,12 +16,12 @@ class YSYNCH_CAPABILITY("mutex") Mutex {
   Mutex(const Mutex&) = delete;
   Mutex& operator=(const Mutex&) = delete;
 
-  void Lock() noexcept YSYNCH_ACQUIRE() { Check(pthread_mutex_lock(&mMutex)); }
-  void Unlock() noexcept YSYNCH_RELEASE() { Check(pthread_mutex_unlock(&mMutex)); }
+  void Lock() noexcept YSYNCH_ACQUIRE() { YBase::Check(pthread_mutex_lock(&mMutex)); }
+  void Unlock() noexcept YSYNCH_RELEASE() { YBase::Check(pthread_mutex_unlock(&mMutex)); }
   /// Gives it back, sleeps until the condition is signalled, and takes it again.
   void Wait(pthread_cond_t& condition) noexcept YSYNCH_REQUIRES(this) {
     const YBase::CancellationGuard cancellationGuard;
-    Check(pthread_cond_wait(&condition, &mMutex));
+    YBase::Check(pthread_cond_wait(&condition, &mMutex));
   }
 
  private:

@@ -1,8 +1,9 @@
+#include <YBase/Check.h>
+
 #include <YSynch/RWLock.h>
 
 #include <cerrno>
 
-#include "Check.h"
 #include "HeldLocks.h"
 #include "WriterPreference.h"
 
@@ -11,10 +12,10 @@ namespace {
 
 void Initialize(pthread_rwlock_t& lock) noexcept {
   pthread_rwlockattr_t attributes;
-  Check(pthread_rwlockattr_init(&attributes));
+  YBase::Check(pthread_rwlockattr_init(&attributes));
   PreferWriters(attributes);
-  Check(pthread_rwlock_init(&lock, &attributes));
-  Check(pthread_rwlockattr_destroy(&attributes));
+  YBase::Check(pthread_rwlock_init(&lock, &attributes));
+  YBase::Check(pthread_rwlockattr_destroy(&attributes));
 }
 
 }  // namespace
@@ -26,53 +27,53 @@ RWLock::RWLock(EnumORBLockStackCategory category) noexcept : mCategory(category)
 
 RWLock::~RWLock() {
   Leave();
-  Check(pthread_rwlock_destroy(&mLock));
+  YBase::Check(pthread_rwlock_destroy(&mLock));
 }
 
 void RWLock::LockRead() noexcept {
   HeldLocks& mine = HeldLocks::OfThisThread();
   mine.LetForkPass();
-  Check(pthread_rwlock_rdlock(&mLock));
+  YBase::Check(pthread_rwlock_rdlock(&mLock));
   mine.Add();
 }
 
 void RWLock::UnlockRead() noexcept {
   HeldLocks::OfThisThread().Remove();
-  Check(pthread_rwlock_unlock(&mLock));
+  YBase::Check(pthread_rwlock_unlock(&mLock));
 }
 
 void RWLock::LockWrite() noexcept {
   HeldLocks& mine = HeldLocks::OfThisThread();
   mine.LetForkPass();
-  Check(pthread_rwlock_wrlock(&mLock));
+  YBase::Check(pthread_rwlock_wrlock(&mLock));
   mine.Add();
 }
 
 void RWLock::UnlockWrite() noexcept {
   HeldLocks::OfThisThread().Remove();
-  Check(pthread_rwlock_unlock(&mLock));
+  YBase::Check(pthread_rwlock_unlock(&mLock));
 }
 
 bool RWLock::TryLockForFork() noexcept {
   const int error = pthread_rwlock_trywrlock(&mLock);
   if (error == EBUSY) return false;
-  Check(error);
+  YBase::Check(error);
   return true;
 }
 
 void RWLock::LockForFork() noexcept {
-  Check(pthread_rwlock_wrlock(&mLock));
+  YBase::Check(pthread_rwlock_wrlock(&mLock));
 }
 
 void RWLock::UnlockAfterFork() noexcept {
-  Check(pthread_rwlock_unlock(&mLock));
+  YBase::Check(pthread_rwlock_unlock(&mLock));
 }
 
 void RWLock::UnlockInChild() noexcept {
   // The C library may know a writer by the kernel's number of its thread. The forking thread has a new one
   // in the child, and would be taken for a reader: so what the unlock leaves behind is made anew.
-  Check(pthread_rwlock_unlock(&mLock));
-  Check(pthread_rwlock_destroy(&mLock));
+  YBase::Check(pthread_rwlock_unlock(&mLock));
+  YBase::Check(pthread_rwlock_destroy(&mLock));
   Initialize(mLock);
 }
 

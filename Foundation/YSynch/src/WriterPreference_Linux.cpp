@@ -1,11 +1,12 @@
-#include "Check.h"
+#include <YBase/Check.h>
+
 #include "WriterPreference.h"
 
 namespace YSynch {
 
 void PreferWriters(pthread_rwlockattr_t& attributes) noexcept {
   // The kind whose name promises writers without "nonrecursive" prefers readers all the same.
-  Check(pthread_rwlockattr_setkind_np(&attributes, PTHREAD_RWLOCK_PREFER_WRITER_NONRECURSIVE_NP));
+  YBase::Check(pthread_rwlockattr_setkind_np(&attributes, PTHREAD_RWLOCK_PREFER_WRITER_NONRECURSIVE_NP));
 }
 
 }  // namespace YSynch

@@ -18,6 +18,15 @@ TEST(ToDecimalString, PrintsTheWholeRange) {
   EXPECT_EQ(ToDecimalString(LLONG_MIN), "-9223372036854775808");
 }
 
+TEST(ToHexText, PrintsAtLeastSoManyDigits) {
+  char storage[16];
+  EXPECT_EQ(YBase::ToHexText(storage, 0xBEEF, 1), "BEEF");
+  EXPECT_EQ(YBase::ToHexText(storage, 0xBEEF, 8), "0000BEEF");
+  EXPECT_EQ(YBase::ToHexText(storage, 0, 0), "");
+  EXPECT_EQ(YBase::ToHexText(storage, 0, 1), "0");
+  EXPECT_EQ(YBase::ToHexText(storage, ULLONG_MAX, 1), "FFFFFFFFFFFFFFFF");
+}
+
 TEST(DecimalToInt, SkipsBlanksAndTakesOneSign) {
   EXPECT_EQ(DecimalToInt("42"), 42);
   EXPECT_EQ(DecimalToInt(" \t 42"), 42);

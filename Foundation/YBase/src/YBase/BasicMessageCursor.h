@@ -29,9 +29,9 @@ class BasicMessageCursor {
   /// Stands at `root`, of which nothing beneath has been visited.
   explicit BasicMessageCursor(MessageType& root);
 
-  MessageType& GetCurrentMessage() const noexcept { return *mRoad.back().message; }
+  MessageType& GetCurrentMessage() const noexcept { return *mPath.back().message; }
   /// 0 at the root.
-  std::size_t GetLevel() const noexcept { return mRoad.size() - 1; }
+  std::size_t GetLevel() const noexcept { return mPath.size() - 1; }
 
   /// Whether a message right beneath the current one has not been visited yet.
   bool LowerLevelMessageIsUnvisited() const noexcept;
@@ -49,7 +49,7 @@ class BasicMessageCursor {
   using Iterator = std::conditional_t<std::is_const_v<MessageType>, std::list<Message>::const_iterator,
                                       std::list<Message>::iterator>;
 
-  struct Place {
+  struct Step {
     MessageType* message;
     Iterator nextLower;
   };
@@ -58,7 +58,7 @@ class BasicMessageCursor {
   static MessageType& ReplaceMissing(MessageType& parent);
 
   // From the root to the current message; never empty. Not recursion, so that no depth overflows a stack.
-  std::vector<Place> mRoad;
+  std::vector<Step> mPath;
 };
 
 extern template class BasicMessageCursor<Message>;

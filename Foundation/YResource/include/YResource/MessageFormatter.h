@@ -96,6 +96,7 @@ class YRESOURCE_EXPORT MessageFormatter {
 
  private:
   MessageFormatter& AddInteger(unsigned long long bits, unsigned long long magnitude, bool negative);
+  MessageFormatter& AddWideHex(unsigned long long value);
   MessageFormatter& AddArgument(std::string_view text);
 
   // Each argument is its length, as the bytes of a size, and its text.
