@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <limits>
 
+#include "CivilTime.h"
 #include "Clock.h"
 #include "LocalTime.h"
 
@@ -13,66 +14,51 @@ namespace YDataType {
 
 namespace {
 
-constexpr long long SECONDS_A_DAY = 86400;
-constexpr long long MILLISECONDS_A_DAY = 1000 * SECONDS_A_DAY;
+using std::chrono::milliseconds;
+using std::chrono::sys_days;
+using std::chrono::year_month_day;
 
-constexpr long long FloorDivide(long long dividend, long long divisor) {
-  return dividend / divisor - (dividend % divisor < 0 ? 1 : 0);
+/// The calendar of the standard library ends before our years do, but 400 years are as long as any others.
+constexpr int YEARS_OF_A_CYCLE = 400;
+constexpr long long DAYS_OF_A_CYCLE = 146097;
+
+constexpr year_month_day ToFirstCycle(int year, int month, int day) {
+  return {std::chrono::year(year % YEARS_OF_A_CYCLE), std::chrono::month(static_cast<unsigned>(month)),
+          std::chrono::day(static_cast<unsigned>(day))};
 }
-
-constexpr bool IsLeapYear(long long year) {
-  return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-}
-
-constexpr int GetDaysInMonth(long long year, int month) {
-  constexpr int DAYS[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  return month == 2 && IsLeapYear(year) ? 29 : DAYS[month - 1];
-}
-
-/// Days from 1970-01-01 to the first of January; negative for earlier years.
-constexpr long long GetDaysBeforeYear(long long year) {
-  constexpr long long DAYS_BEFORE_1970 = 719162;
-  const long long before = year - 1;
-  const long long leapDays = FloorDivide(before, 4) - FloorDivide(before, 100) + FloorDivide(before, 400);
-  return 365 * before + leapDays - DAYS_BEFORE_1970;
-}
-
-static_assert(GetDaysBeforeYear(1970) == 0 && GetDaysBeforeYear(2000) == 10957);
 
 /// Days from 1970-01-01.
-constexpr long long GetDays(long long year, int month, int day) {
-  long long days = GetDaysBeforeYear(year) + day - 1;
-  for (int earlier = 1; earlier < month; ++earlier) days += GetDaysInMonth(year, earlier);
-  return days;
+constexpr long long GetDays(int year, int month, int day) {
+  const sys_days inFirstCycle = ToFirstCycle(year, month, day);
+  return inFirstCycle.time_since_epoch().count() + year / YEARS_OF_A_CYCLE * DAYS_OF_A_CYCLE;
 }
 
-/// The year that a day counted from 1970-01-01 lies in.
-long long GetYearOfDay(long long day) {
-  // 400 years have 146097 days wherever they begin, so that the estimate is off by one year at most.
-  long long year = 1970 + FloorDivide(day * 400, 146097);
-  while (GetDaysBeforeYear(year) > day) --year;
-  while (GetDaysBeforeYear(year + 1) <= day) ++year;
-  return year;
+static_assert(GetDays(1970, 1, 1) == 0 && GetDays(2000, 1, 1) == 10957);
+
+milliseconds ToMilliseconds(double seconds) noexcept {
+  constexpr milliseconds FIRST = std::chrono::days(GetDays(1, 1, 1));
+  constexpr milliseconds LAST = std::chrono::days(GetDays(10000, 1, 1)) - milliseconds(1);
+  if (std::isnan(seconds)) return milliseconds(0);
+  // Clamped as a floating-point number first: what is beyond the limits need not fit an integer.
+  const double count = std::clamp(seconds * 1000.0, FIRST.count() - 1.0, LAST.count() + 1.0);
+  return std::clamp(milliseconds(std::llround(count)), FIRST, LAST);
 }
 
-long long ToMilliseconds(double seconds) noexcept {
-  constexpr long long FIRST = GetDays(1, 1, 1) * MILLISECONDS_A_DAY;
-  constexpr long long LAST = GetDays(10000, 1, 1) * MILLISECONDS_A_DAY - 1;
-  if (std::isnan(seconds)) return 0;
-  // Clamped as a number of seconds first: what is beyond the limits need not fit an integer.
-  const double within = std::clamp(seconds, FIRST / 1000.0, (LAST + 1) / 1000.0);
-  return std::clamp(std::llround(within * 1000.0), FIRST, LAST);
+CivilTime ToCivilTime(milliseconds since1970) noexcept {
+  const std::chrono::sys_time<milliseconds> instant(since1970);
+  const auto midnight = std::chrono::floor<std::chrono::days>(instant);
+  const year_month_day date(midnight);
+  const std::chrono::hh_mm_ss<milliseconds> time(instant - midnight);
+  return {.year = int{date.year()},
+          .month = static_cast<int>(unsigned{date.month()}),
+          .day = static_cast<int>(unsigned{date.day()}),
+          .hour = static_cast<int>(time.hours().count()),
+          .minute = static_cast<int>(time.minutes().count()),
+          .second = static_cast<int>(time.seconds().count()),
+          .millisecond = static_cast<int>(time.subseconds().count()),
+          .standardOffset = 0,
+          .daylightSavingOffset = 0};
 }
-
-struct Fields {
-  int year;
-  int month;
-  int day;
-  int hour;
-  int minute;
-  int second;
-  int millisecond;
-};
 
 bool ReadNumber(const char*& text, int minimumDigits, int maximumDigits, int& number) noexcept {
   number = 0;
@@ -88,7 +74,7 @@ bool ReadCharacter(const char*& text, char expected) noexcept {
   return true;
 }
 
-bool ReadFields(const char*& text, Fields& fields) noexcept {
+bool ReadFields(const char*& text, CivilTime& fields) noexcept {
   return ReadNumber(text, 4, 9, fields.year) && ReadCharacter(text, '-') &&
          ReadNumber(text, 2, 2, fields.month) && ReadCharacter(text, '-') &&
          ReadNumber(text, 2, 2, fields.day) && ReadCharacter(text, ' ') &&
@@ -98,39 +84,36 @@ bool ReadFields(const char*& text, Fields& fields) noexcept {
          ReadNumber(text, 3, 3, fields.millisecond);
 }
 
-bool Exists(const Fields& fields) noexcept {
-  return fields.month >= 1 && fields.month <= 12 && fields.day >= 1 &&
-         fields.day <= GetDaysInMonth(fields.year, fields.month) && fields.hour <= 23 &&
+bool Exists(const CivilTime& fields) noexcept {
+  return ToFirstCycle(fields.year, fields.month, fields.day).ok() && fields.hour <= 23 &&
          fields.minute <= 59 && fields.second <= 59;
 }
 
 }  // namespace
 
-DateTime::DateTime(double seconds) noexcept {
-  SetWithoutOffset(ToMilliseconds(seconds));
-}
+DateTime::DateTime(double seconds) noexcept : DateTime(ToCivilTime(ToMilliseconds(seconds))) {}
+
+DateTime::DateTime(const CivilTime& time) noexcept
+    : mYear(time.year),
+      mMillisecond(static_cast<short>(time.millisecond)),
+      mMonth(static_cast<signed char>(time.month)),
+      mDay(static_cast<signed char>(time.day)),
+      mHour(static_cast<signed char>(time.hour)),
+      mMinute(static_cast<signed char>(time.minute)),
+      mSecond(static_cast<signed char>(time.second)),
+      mStandardOffset(static_cast<short>(time.standardOffset)),
+      mDaylightSavingOffset(static_cast<short>(time.daylightSavingOffset)) {}
 
 DateTime DateTime::Now() {
   const Clock::Instant now = Clock::GetCurrent().Now();
   const auto second = std::chrono::floor<std::chrono::seconds>(now);
-  const LocalTime local = GetLocalTime(second);
-  DateTime result;
-  result.mYear = local.year;
-  result.mMonth = local.month;
-  result.mDay = local.day;
-  result.mHour = local.hour;
-  result.mMinute = local.minute;
-  result.mSecond = local.second;
-  result.mMillisecond = static_cast<short>((now - second).count());
-  result.mStandardOffset = local.standardOffset;
-  result.mDaylightSavingOffset = local.daylightSavingOffset;
-  return result;
+  CivilTime time = GetLocalTime(second);
+  time.millisecond = static_cast<int>((now - second).count());
+  return DateTime(time);
 }
 
 DateTime DateTime::NowUTC() noexcept {
-  DateTime result;
-  result.SetWithoutOffset(Clock::GetCurrent().Now().time_since_epoch().count());
-  return result;
+  return DateTime(ToCivilTime(Clock::GetCurrent().Now().time_since_epoch()));
 }
 
 YBase::ReturnString DateTime::ToString() const {
@@ -143,17 +126,9 @@ YBase::ReturnString DateTime::ToString() const {
 unsigned DateTime::FromString(const char* text) noexcept {
   if (text == nullptr) return 0;
   const char* end = text;
-  Fields fields{};
+  CivilTime fields{};
   if (!ReadFields(end, fields) || !Exists(fields)) return 0;
-  DateTime read;
-  read.mYear = fields.year;
-  read.mMonth = static_cast<signed char>(fields.month);
-  read.mDay = static_cast<signed char>(fields.day);
-  read.mHour = static_cast<signed char>(fields.hour);
-  read.mMinute = static_cast<signed char>(fields.minute);
-  read.mSecond = static_cast<signed char>(fields.second);
-  read.mMillisecond = static_cast<short>(fields.millisecond);
-  *this = read;
+  *this = DateTime(fields);
   return static_cast<unsigned>(end - text);
 }
 
@@ -164,28 +139,10 @@ TimeSpan operator-(const DateTime& later, const DateTime& earlier) noexcept {
   return TimeSpan(seconds * 1000 + later.mMillisecond - earlier.mMillisecond);
 }
 
-void DateTime::SetWithoutOffset(long long milliseconds) noexcept {
-  const long long days = FloorDivide(milliseconds, MILLISECONDS_A_DAY);
-  const auto timeOfDay = static_cast<int>(milliseconds - days * MILLISECONDS_A_DAY);
-  const long long year = GetYearOfDay(days);
-  auto day = static_cast<int>(days - GetDaysBeforeYear(year));
-  int month = 1;
-  for (; day >= GetDaysInMonth(year, month); ++month) day -= GetDaysInMonth(year, month);
-  mYear = static_cast<int>(year);
-  mMonth = static_cast<signed char>(month);
-  mDay = static_cast<signed char>(day + 1);
-  mHour = static_cast<signed char>(timeOfDay / 3600000);
-  mMinute = static_cast<signed char>(timeOfDay / 60000 % 60);
-  mSecond = static_cast<signed char>(timeOfDay / 1000 % 60);
-  mMillisecond = static_cast<short>(timeOfDay % 1000);
-  mStandardOffset = 0;
-  mDaylightSavingOffset = 0;
-}
-
 long long DateTime::GetUTCSeconds() const noexcept {
   const long long timeOfDay = mHour * 3600LL + mMinute * 60LL + mSecond;
   const long long offset = (mStandardOffset + mDaylightSavingOffset) * 60LL;
-  return GetDays(mYear, mMonth, mDay) * SECONDS_A_DAY + timeOfDay - offset;
+  return GetDays(mYear, mMonth, mDay) * 86400 + timeOfDay - offset;
 }
 
 }  // namespace YDataType

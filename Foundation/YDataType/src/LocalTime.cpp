@@ -3,6 +3,7 @@
 #include <YBase/NeverDestroyed.h>
 #include <YSynch/CriticalSection.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cassert>
 #include <cstdlib>
@@ -25,7 +26,7 @@ struct Answer {
   bool given;
   std::chrono::sys_seconds instant;
   Zone zone;
-  LocalTime localTime;
+  CivilTime localTime;
 };
 
 // Nothing to construct or destroy: threads log while their own thread-local objects are destroyed.
@@ -64,33 +65,34 @@ int GetDaylightSaving(const std::tm& parts, int offset, long secondsWest) noexce
   return std::labs(daylightSaving) <= LARGEST_EVER ? static_cast<int>(daylightSaving) : 0;
 }
 
-LocalTime ToLocalTime(const std::tm& parts, long secondsWest) noexcept {
+CivilTime ToCivilTime(const std::tm& parts, long secondsWest) noexcept {
   // Some zones of the past were off by seconds, too; those are in the time of day and not in the offset.
   const int offset = static_cast<int>(parts.tm_gmtoff / 60);
   const int daylightSaving = GetDaylightSaving(parts, offset, secondsWest);
   return {
       .year = parts.tm_year + 1900,
-      .month = static_cast<signed char>(parts.tm_mon + 1),
-      .day = static_cast<signed char>(parts.tm_mday),
-      .hour = static_cast<signed char>(parts.tm_hour),
-      .minute = static_cast<signed char>(parts.tm_min),
+      .month = parts.tm_mon + 1,
+      .day = parts.tm_mday,
+      .hour = parts.tm_hour,
+      .minute = parts.tm_min,
       // A zone that counts leap seconds shows 60, which no text of ours can hold.
-      .second = static_cast<signed char>(parts.tm_sec < 60 ? parts.tm_sec : 59),
-      .standardOffset = static_cast<short>(offset - daylightSaving),
-      .daylightSavingOffset = static_cast<short>(daylightSaving),
+      .second = std::min(parts.tm_sec, 59),
+      .millisecond = 0,
+      .standardOffset = offset - daylightSaving,
+      .daylightSavingOffset = daylightSaving,
   };
 }
 
 }  // namespace
 
-LocalTime GetLocalTime(std::chrono::sys_seconds instant) noexcept {
+CivilTime GetLocalTime(std::chrono::sys_seconds instant) noexcept {
   // The zone is noted before the question: if it changes in between, the answer is not taken for the new
   // zone's the next time.
   const Zone zone = GetZone();
   Answer& last = gsLastAnswer;
   if (!last.given || last.instant != instant || last.zone != zone) {
     const std::tm parts = BreakDown(instant);
-    last = {true, instant, zone, ToLocalTime(parts, LoadRelaxed(::timezone))};
+    last = {true, instant, zone, ToCivilTime(parts, LoadRelaxed(::timezone))};
   }
   return last.localTime;
 }

@@ -102,7 +102,7 @@ TEST(LocalTime, AddsUpWhereTheStandardOffsetOfTheTimeWasAnother) {
   SetTimeZone("Europe/London");
   // In the winters of 1968 to 1971 an hour ahead was the standard.
   EXPECT_EQ(Show(At(std::chrono::year{1970} / 1 / 15)).substr(0, 19), "1970-01-15 01:00:00");
-  const YDataType::LocalTime local = YDataType::GetLocalTime(At(std::chrono::year{1970} / 1 / 15));
+  const YDataType::CivilTime local = YDataType::GetLocalTime(At(std::chrono::year{1970} / 1 / 15));
   EXPECT_EQ(local.standardOffset + local.daylightSavingOffset, 60);
 }
 

@@ -6,6 +6,8 @@
 
 namespace YDataType {
 
+struct CivilTime;
+
 /// A calendar date (proleptic Gregorian) and time of day to the millisecond, with the offset from UTC that
 /// was in force at that instant.
 ///
@@ -52,20 +54,19 @@ class YDATATYPE_EXPORT DateTime {
   friend bool operator==(const DateTime&, const DateTime&) noexcept = default;
 
  private:
-  DateTime() noexcept = default;
+  explicit DateTime(const CivilTime& time) noexcept;
 
-  void SetWithoutOffset(long long milliseconds) noexcept;
   long long GetUTCSeconds() const noexcept;
 
-  int mYear = 1970;
-  short mMillisecond = 0;
-  signed char mMonth = 1;
-  signed char mDay = 1;
-  signed char mHour = 0;
-  signed char mMinute = 0;
-  signed char mSecond = 0;
-  short mStandardOffset = 0;
-  short mDaylightSavingOffset = 0;
+  int mYear;
+  short mMillisecond;
+  signed char mMonth;
+  signed char mDay;
+  signed char mHour;
+  signed char mMinute;
+  signed char mSecond;
+  short mStandardOffset;
+  short mDaylightSavingOffset;
 };
 
 }  // namespace YDataType
