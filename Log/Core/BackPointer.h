@@ -24,10 +24,7 @@ class BackPointer {
   YBase::SmartPtrI<Owner> Get() noexcept {
     const YSynch::CriticalSection::SmartLock lock(mCS);
     if (mpOwner == nullptr || !mpOwner->TryAddRef()) return nullptr;
-    YBase::SmartPtrI<Owner> owner(mpOwner);
-    // Not the last reference: the smart pointer has added another.
-    mpOwner->Release();
-    return owner;
+    return YBase::SmartPtrI<Owner>::Adopt(mpOwner);
   }
 
  private:

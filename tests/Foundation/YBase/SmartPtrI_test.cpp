@@ -42,6 +42,18 @@ TEST(SmartPtrI, AddsAReferenceAndReleasesItAtItsEnd) {
   EXPECT_EQ(object.GetCount(), 0);
 }
 
+TEST(SmartPtrI, AdoptsAReferenceWithoutAddingOne) {
+  CountedObject object;
+  object.AddRef();
+  {
+    const Pointer pointer = Pointer::Adopt(&object);
+    EXPECT_EQ(pointer.Get(), &object);
+    EXPECT_EQ(object.GetCount(), 1);
+  }
+  EXPECT_EQ(object.GetCount(), 0);
+  EXPECT_FALSE(Pointer::Adopt(nullptr));
+}
+
 TEST(SmartPtrI, CopiesShareAndMovesHandOver) {
   CountedObject object;
   Pointer first(&object);

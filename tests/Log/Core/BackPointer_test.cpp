@@ -17,6 +17,13 @@ class Owner final : public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
   explicit Owner(std::function<void()> onLastRelease = nullptr) : mOnLastRelease(std::move(onLastRelease)) {}
 
+  void Release() const override {
+    ++mReleases;
+    ReferenceCountedImpl::Release();
+  }
+
+  mutable int mReleases = 0;
+
  private:
   ~Owner() override = default;
   void ReferenceCountIsAboutToReachZero() const override {
@@ -49,6 +56,16 @@ TEST(BackPointer, HoldsNoReferenceButReturnsOne) {
   EXPECT_FALSE(released);
   given = nullptr;
   EXPECT_TRUE(released);
+}
+
+TEST(BackPointer, CountsTheReferenceThatItReturnsOnce) {
+  YLog::BackPointer<Owner> pointer;
+  const auto owner = New<Owner>();
+  pointer.Set(owner.Get());
+  const int releases = owner->mReleases;
+  const auto given = pointer.Get();
+  EXPECT_EQ(given, owner);
+  EXPECT_EQ(owner->mReleases, releases);
 }
 
 TEST(BackPointer, ReturnsNoReferenceToAnOwnerBeingDestroyed) {

@@ -8,8 +8,9 @@ namespace YBase {
 
 /// Holds one reference to an intrusively counted object, or nothing.
 ///
-/// Ownership: construction from a plain pointer adds a reference, destruction releases it. Construction
-/// from a plain pointer is explicit, because a silent conversion hides who counts.
+/// Ownership: construction from a plain pointer shares the object: it adds a reference. `Adopt` takes over a
+/// reference that the caller has added. Destruction releases the reference. Construction from a plain pointer
+/// is explicit, because a silent conversion hides who counts.
 ///
 /// Threads: like a plain pointer; two threads may use two of these on the same object.
 template <class T>
@@ -18,6 +19,12 @@ class SmartPtrI {
   SmartPtrI() noexcept = default;
   SmartPtrI(std::nullptr_t) noexcept {}  // NOLINT(google-explicit-constructor): null converts, as for T*.
   explicit SmartPtrI(T* object) : mpObject(object) { AddRef(); }
+  /// Holds the reference to `object` that the caller has added, and adds none. Null gives null.
+  static SmartPtrI Adopt(T* object) noexcept {
+    SmartPtrI adopted;
+    adopted.mpObject = object;
+    return adopted;
+  }
   SmartPtrI(const SmartPtrI& other) : mpObject(other.mpObject) { AddRef(); }
   SmartPtrI(SmartPtrI&& other) noexcept : mpObject(std::exchange(other.mpObject, nullptr)) {}
 
