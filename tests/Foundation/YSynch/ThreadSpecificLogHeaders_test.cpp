@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -26,7 +25,7 @@ class ThreadSpecificLogHeaders : public testing::Test {
     YSynch::DeregisterThreadSpecificLogHeadersUnsetter();
   }
 
-  std::vector<std::string> mCalls;
+  static inline std::vector<std::string> sCalls;
 };
 
 std::shared_ptr<Headers> Marked(int mark) {
@@ -47,14 +46,14 @@ TEST_F(ThreadSpecificLogHeaders, GoThroughWhatIsRegistered) {
   Headers headers{7};
   YSynch::RegisterThreadSpecificLogHeadersGetter([] { return Marked(5); });
   YSynch::RegisterThreadSpecificLogHeadersSetter(
-      [this](Headers* given) { mCalls.push_back(given != nullptr ? std::to_string(given->mark) : "null"); });
-  YSynch::RegisterThreadSpecificLogHeadersUnsetter([this] { mCalls.emplace_back("unset"); });
+      [](Headers* given) { sCalls.push_back(given != nullptr ? std::to_string(given->mark) : "null"); });
+  YSynch::RegisterThreadSpecificLogHeadersUnsetter([] { sCalls.emplace_back("unset"); });
 
   EXPECT_EQ(YSynch::GetThreadSpecificLogHeaders()->mark, 5);
   YSynch::SetThreadSpecificLogHeaders(&headers);
   YSynch::SetThreadSpecificLogHeaders(nullptr);
   YSynch::UnsetThreadSpecificLogHeaders();
-  EXPECT_THAT(mCalls, ElementsAre("7", "null", "unset"));
+  EXPECT_THAT(sCalls, ElementsAre("7", "null", "unset"));
 }
 
 TEST_F(ThreadSpecificLogHeaders, GoThroughTheLatestRegistration) {
@@ -65,8 +64,8 @@ TEST_F(ThreadSpecificLogHeaders, GoThroughTheLatestRegistration) {
 
 TEST_F(ThreadSpecificLogHeaders, DoNothingAfterTheDeregistration) {
   YSynch::RegisterThreadSpecificLogHeadersGetter([] { return Marked(1); });
-  YSynch::RegisterThreadSpecificLogHeadersSetter([this](Headers*) { mCalls.emplace_back("set"); });
-  YSynch::RegisterThreadSpecificLogHeadersUnsetter([this] { mCalls.emplace_back("unset"); });
+  YSynch::RegisterThreadSpecificLogHeadersSetter([](Headers*) { sCalls.emplace_back("set"); });
+  YSynch::RegisterThreadSpecificLogHeadersUnsetter([] { sCalls.emplace_back("unset"); });
   YSynch::DeregisterThreadSpecificLogHeadersSetter();
   YSynch::DeregisterThreadSpecificLogHeadersGetter();
   YSynch::DeregisterThreadSpecificLogHeadersUnsetter();
@@ -74,39 +73,16 @@ TEST_F(ThreadSpecificLogHeaders, DoNothingAfterTheDeregistration) {
   EXPECT_EQ(YSynch::GetThreadSpecificLogHeaders(), nullptr);
   YSynch::SetThreadSpecificLogHeaders(nullptr);
   YSynch::UnsetThreadSpecificLogHeaders();
-  EXPECT_THAT(mCalls, ElementsAre());
+  EXPECT_THAT(sCalls, ElementsAre());
 }
 
-TEST_F(ThreadSpecificLogHeaders, TakeAnEmptyFunctionForNone) {
-  YSynch::RegisterThreadSpecificLogHeadersUnsetter([this] { mCalls.emplace_back("unset"); });
+TEST_F(ThreadSpecificLogHeaders, TakeNullForNone) {
+  YSynch::RegisterThreadSpecificLogHeadersUnsetter([] { sCalls.emplace_back("unset"); });
   YSynch::RegisterThreadSpecificLogHeadersUnsetter(nullptr);
-  YSynch::RegisterThreadSpecificLogHeadersGetter({});
+  YSynch::RegisterThreadSpecificLogHeadersGetter(nullptr);
   YSynch::UnsetThreadSpecificLogHeaders();
   EXPECT_EQ(YSynch::GetThreadSpecificLogHeaders(), nullptr);
-  EXPECT_THAT(mCalls, ElementsAre());
-}
-
-TEST_F(ThreadSpecificLogHeaders, FunctionThatReplacesItselfLivesUntilItReturns) {
-  const auto second = [] { return Marked(2); };
-  YSynch::RegisterThreadSpecificLogHeadersGetter([second, own = Marked(1)] {
-    YSynch::RegisterThreadSpecificLogHeadersGetter(second);
-    return own;
-  });
-  EXPECT_EQ(YSynch::GetThreadSpecificLogHeaders()->mark, 1);
-  EXPECT_EQ(YSynch::GetThreadSpecificLogHeaders()->mark, 2);
-}
-
-TEST_F(ThreadSpecificLogHeaders, FunctionIsCalledWithNoLockHeld) {
-  YSynch::RegisterThreadSpecificLogHeadersUnsetter([this] {
-    // Another thread, because the one that holds a lock could take it again.
-    std::thread([this] {
-      YSynch::RegisterThreadSpecificLogHeadersUnsetter([this] { mCalls.emplace_back("second"); });
-    }).join();
-    mCalls.emplace_back("first");
-  });
-  YSynch::UnsetThreadSpecificLogHeaders();
-  YSynch::UnsetThreadSpecificLogHeaders();
-  EXPECT_THAT(mCalls, ElementsAre("first", "second"));
+  EXPECT_THAT(sCalls, ElementsAre());
 }
 
 }  // namespace

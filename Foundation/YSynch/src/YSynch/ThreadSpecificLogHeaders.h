@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 
 #include <YSynch/Export.h>
@@ -11,18 +10,19 @@ struct ThreadSpecificLogHeaders;
 
 namespace YSynch {
 
-/// What a thread adds to the header of each of its messages travels with the work, not with the thread:
-/// whoever hands work to another thread reads the headers here and installs them there. The logging library
-/// registers how, so that this library need not know it.
-using ThreadSpecificLogHeadersGetter = std::function<std::shared_ptr<YLog::ThreadSpecificLogHeaders>()>;
-using ThreadSpecificLogHeadersSetter = std::function<void(YLog::ThreadSpecificLogHeaders*)>;
-using ThreadSpecificLogHeadersUnsetter = std::function<void()>;
+/// What a thread adds to the header of each of its messages belongs to the work, not to the thread: code that
+/// passes work to another thread reads the headers on the one and installs them on the other. The logging
+/// library registers the functions for that, so that this library need not know it.
+using ThreadSpecificLogHeadersGetter = std::shared_ptr<YLog::ThreadSpecificLogHeaders> (*)();
+using ThreadSpecificLogHeadersSetter = void (*)(YLog::ThreadSpecificLogHeaders*);
+using ThreadSpecificLogHeadersUnsetter = void (*)();
 
-/// Threads: any. A later registration replaces an earlier one; an empty function is as good as none. A call
-/// that is under way on another thread may outlast the deregistration.
-YSYNCH_EXPORT void RegisterThreadSpecificLogHeadersGetter(ThreadSpecificLogHeadersGetter getter);
-YSYNCH_EXPORT void RegisterThreadSpecificLogHeadersSetter(ThreadSpecificLogHeadersSetter setter);
-YSYNCH_EXPORT void RegisterThreadSpecificLogHeadersUnsetter(ThreadSpecificLogHeadersUnsetter unsetter);
+/// Threads: any. A later registration replaces an earlier one; null removes it. A call on another thread may
+/// still be running after the deregistration.
+YSYNCH_EXPORT void RegisterThreadSpecificLogHeadersGetter(ThreadSpecificLogHeadersGetter getter) noexcept;
+YSYNCH_EXPORT void RegisterThreadSpecificLogHeadersSetter(ThreadSpecificLogHeadersSetter setter) noexcept;
+YSYNCH_EXPORT void RegisterThreadSpecificLogHeadersUnsetter(
+    ThreadSpecificLogHeadersUnsetter unsetter) noexcept;
 YSYNCH_EXPORT void DeregisterThreadSpecificLogHeadersGetter() noexcept;
 YSYNCH_EXPORT void DeregisterThreadSpecificLogHeadersSetter() noexcept;
 YSYNCH_EXPORT void DeregisterThreadSpecificLogHeadersUnsetter() noexcept;
