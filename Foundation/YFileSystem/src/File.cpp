@@ -4,7 +4,6 @@
 #include <string>
 
 #include <YBase/TextConversion.h>
-#include <YBase/Uninterrupted.h>
 
 #include "Failure.h"
 #include "FileOperations.h"
@@ -25,8 +24,7 @@ std::optional<FileFacts> Query(const wchar_t* path) {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::File::Query";
   const std::string file = YBase::WideCharToUTF8(path);
   FileFacts facts;
-  if (YBase::Uninterrupted([&] { return FileOperations::GetCurrent().QueryName(file.c_str(), facts); }) ==
-      0) {
+  if (FileOperations::Call(&FileOperations::QueryName, file.c_str(), facts) == 0) {
     return facts;
   }
   if (errno == ENOENT) return std::nullopt;

@@ -13,7 +13,6 @@
 #include <YBase/Message.h>
 #include <YBase/SignalGuard.h>
 #include <YBase/TextConversion.h>
-#include <YBase/Uninterrupted.h>
 #include <YFileSystem/File.h>
 
 #include "Failure.h"
@@ -36,8 +35,7 @@ bool AllowsReading(const FileFacts& facts) noexcept {
 }
 
 bool ChangeOwner(const YBase::Descriptor& descriptor, unsigned owner, unsigned group) noexcept {
-  FileOperations& operations = FileOperations::GetCurrent();
-  return YBase::Uninterrupted([&] { return operations.ChangeOwner(descriptor.Get(), owner, group); }) == 0;
+  return FileOperations::Call(&FileOperations::ChangeOwner, descriptor.Get(), owner, group) == 0;
 }
 
 }  // namespace
@@ -64,9 +62,7 @@ std::optional<FileCopy> FileCopy::Create(const wchar_t* path) {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Create";
   constexpr int FLAGS = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
   const std::string file = YBase::WideCharToUTF8(path);
-  FileOperations& operations = FileOperations::GetCurrent();
-  YBase::Descriptor descriptor(
-      YBase::Uninterrupted([&] { return operations.Open(file.c_str(), FLAGS, INCOMPLETE); }));
+  YBase::Descriptor descriptor(FileOperations::Call(&FileOperations::Open, file.c_str(), FLAGS, INCOMPLETE));
   if (!descriptor) {
     if (errno == EEXIST) return std::nullopt;
     ThrowFailure(FUNCTION_NAME, "create", file, errno);
@@ -104,9 +100,8 @@ std::optional<FileCopy> FileCopy::Open(const wchar_t* path, const FileFacts& fou
   const int flags =
       (AllowsReading(found) ? O_RDONLY : O_WRONLY) | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
   const std::string file = YBase::WideCharToUTF8(path);
-  FileOperations& operations = FileOperations::GetCurrent();
   FileCopy copy(
-      path, YBase::Descriptor(YBase::Uninterrupted([&] { return operations.Open(file.c_str(), flags, 0); })));
+      path, YBase::Descriptor(FileOperations::Call(&FileOperations::Open, file.c_str(), flags, mode_t{0})));
   if (!copy.mDescriptor) {
     if (errno == ENOENT || errno == ELOOP) return std::nullopt;
     if (errno != EACCES) copy.Fail(FUNCTION_NAME, "open", errno);
@@ -118,11 +113,10 @@ std::optional<FileCopy> FileCopy::Open(const wchar_t* path, const FileFacts& fou
 /// Waits for the lock. False where the name does not lead to this copy any more.
 bool FileCopy::LockUnlessRenamed() {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Lock";
-  FileOperations& operations = FileOperations::GetCurrent();
-  if (YBase::Uninterrupted([&] { return operations.Lock(mDescriptor.Get(), LOCK_EX); }) != 0) {
+  if (FileOperations::Call(&FileOperations::Lock, mDescriptor.Get(), LOCK_EX) != 0) {
     Fail(FUNCTION_NAME, "lock", errno);
   }
-  if (YBase::Uninterrupted([&] { return operations.QueryDescriptor(mDescriptor.Get(), mFacts); }) != 0) {
+  if (FileOperations::Call(&FileOperations::QueryDescriptor, mDescriptor.Get(), mFacts) != 0) {
     Fail(FUNCTION_NAME, "query", errno);
   }
   return HasItsName();
@@ -140,9 +134,7 @@ bool FileCopy::Fill(UpdateableFile& original) {
 }
 
 bool FileCopy::Write(const char* data, std::size_t size) const noexcept {
-  FileOperations& operations = FileOperations::GetCurrent();
-  const ssize_t written =
-      YBase::Uninterrupted([&] { return operations.Write(mDescriptor.Get(), data, size); });
+  const ssize_t written = FileOperations::Call(&FileOperations::Write, mDescriptor.Get(), data, size);
   return written >= 0 && static_cast<std::size_t>(written) == size;
 }
 
@@ -155,9 +147,7 @@ void FileCopy::Complete(UpdateableFile& original) {
     permissions &= ~static_cast<unsigned>(S_IRWXG);
   }
   if ((permissions & ANY_READ) == 0) permissions |= S_IRUSR;
-  FileOperations& operations = FileOperations::GetCurrent();
-  if (YBase::Uninterrupted([&] { return operations.ChangePermissions(mDescriptor.Get(), permissions); }) !=
-      0) {
+  if (FileOperations::Call(&FileOperations::ChangePermissions, mDescriptor.Get(), permissions) != 0) {
     Fail(FUNCTION_NAME, "set the permissions of", errno);
   }
   mFacts.mPermissions = permissions;
@@ -186,9 +176,8 @@ bool FileCopy::IsBeginningOf(UpdateableFile& original) {
 /// As many bytes as there are, at least one.
 std::size_t FileCopy::ReadAt(std::uint64_t position, char* buffer, std::size_t size) const {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Read";
-  FileOperations& operations = FileOperations::GetCurrent();
   const ssize_t count =
-      YBase::Uninterrupted([&] { return operations.ReadAt(mDescriptor.Get(), buffer, size, position); });
+      FileOperations::Call(&FileOperations::ReadAt, mDescriptor.Get(), buffer, size, position);
   if (count > 0) return static_cast<std::size_t>(count);
   Fail(FUNCTION_NAME, "read", count < 0 ? errno : EIO);
 }

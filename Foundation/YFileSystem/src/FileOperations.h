@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include <YBase/Uninterrupted.h>
 #include <YFileSystem/FileFacts.h>
 
 namespace YFileSystem {
@@ -50,6 +51,11 @@ class FileOperations {
   virtual std::chrono::nanoseconds GetCoarseTime() noexcept = 0;
 
   static FileOperations& GetCurrent() noexcept;
+  /// Makes one of the calls by the current operations, and again as long as a signal interrupts it.
+  template <class Operation, class... Arguments>
+  static auto Call(Operation operation, Arguments&&... arguments) noexcept {
+    return YBase::Uninterrupted([&] { return (GetCurrent().*operation)(arguments...); });
+  }
   /// Returns those that are replaced.
   static FileOperations& SetCurrent(FileOperations& operations) noexcept;
 

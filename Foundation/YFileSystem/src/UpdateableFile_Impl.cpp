@@ -11,7 +11,6 @@
 
 #include <YBase/SignalGuard.h>
 #include <YBase/TextConversion.h>
-#include <YBase/Uninterrupted.h>
 
 #include "Failure.h"
 #include "FileOperations.h"
@@ -31,13 +30,12 @@ void UpdateableFile_Impl::Open() {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::OpenUpdateableFile";
   // Not blocking, because what stands at the path may be a pipe, or a device that takes its time.
   constexpr int FLAGS = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-  FileOperations& operations = FileOperations::GetCurrent();
-  mDescriptor = YBase::Descriptor(
-      YBase::Uninterrupted([&] { return operations.Open(mPath.c_str(), FLAGS, NEW_FILE_MODE); }));
+  mDescriptor =
+      YBase::Descriptor(FileOperations::Call(&FileOperations::Open, mPath.c_str(), FLAGS, NEW_FILE_MODE));
   if (!mDescriptor) ThrowFailure(FUNCTION_NAME, "open", mPath, errno);
 
   FileFacts facts;
-  const int error = operations.QueryDescriptor(mDescriptor.Get(), facts) == 0 ? 0 : errno;
+  const int error = FileOperations::GetCurrent().QueryDescriptor(mDescriptor.Get(), facts) == 0 ? 0 : errno;
   if (error != 0 || facts.mType != FileFacts::Type::REGULAR) {
     mDescriptor.Close();
     ThrowFailure(FUNCTION_NAME, "open", mPath, error != 0 ? ReasonOf(error) : "Not a regular file");
@@ -59,8 +57,7 @@ void UpdateableFile_Impl::AfterForkInChild() noexcept {
 void UpdateableFile_Impl::LockForWriting() {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::UpdateableFile_Impl::LockForWriting";
   OpenUnlessOpen();
-  FileOperations& operations = FileOperations::GetCurrent();
-  if (YBase::Uninterrupted([&] { return operations.Lock(mDescriptor.Get(), LOCK_EX); }) == 0) return;
+  if (FileOperations::Call(&FileOperations::Lock, mDescriptor.Get(), LOCK_EX) == 0) return;
   ThrowFailure(FUNCTION_NAME, "lock", mPath, errno);
 }
 
@@ -104,10 +101,9 @@ void UpdateableFile_Impl::Append(std::uint64_t size, std::string_view text) {
 /// Takes from `rest` what has been written. Returns 0 when that is all of it, else the number of the error
 /// that ended it.
 int UpdateableFile_Impl::Write(std::string_view& rest) const noexcept {
-  FileOperations& operations = FileOperations::GetCurrent();
   while (!rest.empty()) {
     const ssize_t written =
-        YBase::Uninterrupted([&] { return operations.Write(mDescriptor.Get(), rest.data(), rest.size()); });
+        FileOperations::Call(&FileOperations::Write, mDescriptor.Get(), rest.data(), rest.size());
     if (written < 0) return errno;
     // No file system does this, but repeating the call could take forever.
     if (written == 0) return EIO;
@@ -119,12 +115,10 @@ int UpdateableFile_Impl::Write(std::string_view& rest) const noexcept {
 std::size_t UpdateableFile_Impl::Read(char* buffer, std::size_t count) {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::UpdateableFile_Impl::Read";
   OpenUnlessOpen();
-  FileOperations& operations = FileOperations::GetCurrent();
   std::size_t total = 0;
   while (total != count) {
-    const ssize_t read = YBase::Uninterrupted([&] {
-      return operations.ReadAt(mDescriptor.Get(), buffer + total, count - total, mPosition + total);
-    });
+    const ssize_t read = FileOperations::Call(&FileOperations::ReadAt, mDescriptor.Get(), buffer + total,
+                                              count - total, mPosition + total);
     if (read < 0) ThrowFailure(FUNCTION_NAME, "read", mPath, errno);
     if (read == 0) break;
     total += static_cast<std::size_t>(read);
@@ -143,8 +137,7 @@ void UpdateableFile_Impl::Truncate() {
 }
 
 int UpdateableFile_Impl::TruncateTo(std::uint64_t size) const noexcept {
-  FileOperations& operations = FileOperations::GetCurrent();
-  return YBase::Uninterrupted([&] { return operations.Truncate(mDescriptor.Get(), size); }) == 0 ? 0 : errno;
+  return FileOperations::Call(&FileOperations::Truncate, mDescriptor.Get(), size) == 0 ? 0 : errno;
 }
 
 YBase::SmartPtrI<UpdateableFile> OpenUpdateableFile(
