@@ -62,9 +62,6 @@ void CriticalSection::LockForFork() noexcept YSYNCH_NO_THREAD_SAFETY_ANALYSIS {
 void CriticalSection::UnlockAfterFork() noexcept YSYNCH_NO_THREAD_SAFETY_ANALYSIS {
   Unlock();
 }
-void CriticalSection::UnlockInChild() noexcept YSYNCH_NO_THREAD_SAFETY_ANALYSIS {
-  Unlock();
-}
 
 YBase::StrongPtr<CriticalSection> CreateCriticalSection(EnumORBLockStackCategory category) {
   return std::make_unique<CriticalSection>(category);

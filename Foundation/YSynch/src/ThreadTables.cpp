@@ -72,14 +72,13 @@ void ThreadTables::CreateTable() {
   IntrusiveList::Add(&mpTables, *spOwn);
 }
 
-std::size_t ThreadTables::TakeValues(std::size_t slot, std::span<ThreadContext*> room) noexcept {
+ThreadContext* ThreadTables::TakeValue(std::size_t slot) noexcept {
   const CriticalSection::SmartLock lock(mLock);
-  std::size_t count = 0;
-  for (Table* table = mpTables; table != nullptr && count != room.size(); table = table->mpNext) {
+  for (Table* table = mpTables; table != nullptr; table = table->mpNext) {
     if (table->mbAbandoned || table->mValues.size() <= slot || table->mValues[slot] == nullptr) continue;
-    room[count++] = std::exchange(table->mValues[slot], nullptr);
+    return std::exchange(table->mValues[slot], nullptr);
   }
-  return count;
+  return nullptr;
 }
 
 void ThreadTables::Remove(Table& table) noexcept {

@@ -3,7 +3,6 @@
 #include <pthread.h>
 
 #include <cstddef>
-#include <span>
 #include <vector>
 
 #include <YSynch/CriticalSection.h>
@@ -38,8 +37,8 @@ class ThreadTables final : private ForkParticipant {
   /// The place of the calling thread's value. Failure: `std::bad_alloc`.
   ThreadContext*& GetPlace(std::size_t slot);
 
-  /// Takes values of all threads out of a slot, as many as there are and as fit, and tells how many.
-  std::size_t TakeValues(std::size_t slot, std::span<ThreadContext*> room) noexcept;
+  /// Takes the value of some thread out of a slot. Null when no thread has one.
+  ThreadContext* TakeValue(std::size_t slot) noexcept;
 
  private:
   struct Table {

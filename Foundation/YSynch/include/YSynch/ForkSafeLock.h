@@ -44,7 +44,7 @@ class YSYNCH_EXPORT ForkSafeLock {
   virtual void LockForFork() noexcept = 0;
   virtual void UnlockAfterFork() noexcept = 0;
   /// As `UnlockAfterFork`, in a child, where the kernel knows the thread that took the lock by a new number.
-  virtual void UnlockInChild() noexcept = 0;
+  virtual void UnlockInChild() noexcept { UnlockAfterFork(); }
 
   void JoinList() noexcept;
 

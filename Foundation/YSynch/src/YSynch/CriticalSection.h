@@ -37,7 +37,6 @@ class YSYNCH_EXPORT YSYNCH_CAPABILITY("critical section") CriticalSection final 
   bool TryLockForFork() noexcept override;
   void LockForFork() noexcept override;
   void UnlockAfterFork() noexcept override;
-  void UnlockInChild() noexcept override;
 
   // For a look with a debugger.
   [[maybe_unused]] const EnumORBLockStackCategory mCategory;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include <YBase/StrongPtr.h>
 #include <YSynch/ThreadContext.h>
 
@@ -17,20 +19,22 @@ namespace YSynch {
 /// Reentrancy: `Delete` is called with no lock held, and finds the slot empty.
 class ThreadLocalStorage {
  public:
+  /// See `CreateThreadLocalStorage`.
+  ThreadLocalStorage();
+  ~ThreadLocalStorage();
   ThreadLocalStorage(const ThreadLocalStorage&) = delete;
   ThreadLocalStorage& operator=(const ThreadLocalStorage&) = delete;
-  virtual ~ThreadLocalStorage();
 
   /// The calling thread's value, or null.
-  virtual ThreadContext* GetValue() const noexcept = 0;
+  ThreadContext* GetValue() const noexcept;
 
   /// Stores the calling thread's value; one that was there before is disposed of. Null empties the slot.
   ///
   /// Failure: `std::bad_alloc`; the value then still belongs to the caller.
-  virtual void SetValue(ThreadContext* context) = 0;
+  void SetValue(ThreadContext* context);
 
- protected:
-  ThreadLocalStorage() = default;
+ private:
+  const std::size_t mSlot;
 };
 
 /// Failure: `std::bad_alloc`; `YBase::ExceptionImpl<YBase::Message>` when the process has no thread-specific
