@@ -1,3 +1,5 @@
+#include <YBase/AdvanceMessageCursor.h>
+#include <YBase/ConstMessageCursor.h>
 #include <YBase/Message.h>
 #include <YBase/NullText.h>
 #include <YBase/TextConversion.h>
@@ -9,8 +11,7 @@
 
 namespace YBase {
 
-// Trees are walked with a list of what is left to do, not by recursion: however deep one is, it must fit
-// the stack of any thread.
+// Trees are not walked by recursion: however deep one is, the walk must fit the stack of any thread.
 
 Message::Message(const char* utf8Text) {
   SetLocalizedText(0, utf8Text);
@@ -64,14 +65,10 @@ void Message::AddLowerLevelMessage(Message message) {
 
 ReturnWString Message::GetMessage() const {
   std::string text;
-  std::vector<std::pair<const Message*, std::size_t>> pending{{this, 0}};
-  while (!pending.empty()) {
-    const auto [message, level] = pending.back();
-    pending.pop_back();
-    AppendMessageLine(text, message->GetOwnText(), level);
-    const auto& lower = message->mLowerLevelMessages;
-    for (auto last = lower.rbegin(); last != lower.rend(); ++last) pending.emplace_back(&*last, level + 1);
-  }
+  ConstMessageCursor cursor(*this);
+  do {
+    AppendMessageLine(text, cursor.GetCurrentMessage().GetOwnText(), cursor.GetLevel());
+  } while (AdvanceMessageCursor(cursor));
   return UTF8ToWideChar(text.c_str());
 }
 

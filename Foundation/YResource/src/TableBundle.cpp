@@ -6,6 +6,9 @@
 
 namespace YResource {
 
+// Out of line, so that the interface's type information is in one place.
+Bundle::~Bundle() = default;
+
 TableBundle::TableBundle(unsigned domain) : mDomain(domain), mParents(LanguageParents::Get()) {
   // Found now, so that the first lookup does not have to ask ICU.
   GetProcessLanguageID();
