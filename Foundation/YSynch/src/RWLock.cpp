@@ -77,8 +77,4 @@ void RWLock::UnlockInChild() noexcept {
   Initialize(mLock);
 }
 
-YBase::StrongPtr<RWLock> CreateRWLock(EnumORBLockStackCategory category) {
-  return std::make_unique<RWLock>(category);
-}
-
 }  // namespace YSynch

@@ -2,7 +2,6 @@
 
 #include <pthread.h>
 
-#include <YBase/StrongPtr.h>
 #include <YSynch/Export.h>
 #include <YSynch/ForkSafeLock.h>
 #include <YSynch/LockStackCategory.h>
@@ -66,8 +65,5 @@ class YSYNCH_EXPORT YSYNCH_SCOPED_CAPABILITY RWLock::WriteSmartLock {
  private:
   RWLock& mLock;
 };
-
-/// Failure: `std::bad_alloc`.
-YSYNCH_EXPORT YBase::StrongPtr<RWLock> CreateRWLock(EnumORBLockStackCategory category);
 
 }  // namespace YSynch
