@@ -7,6 +7,7 @@
 #include <YBase/CancellationGuard.h>
 #include <YBase/ExceptionImpl.h>
 #include <YBase/Message.h>
+#include <YBase/NullText.h>
 #include <YBase/NumberText.h>
 #include <YBase/TextConversion.h>
 #include <YFileSystem/Directory.h>
@@ -185,7 +186,7 @@ void Destination_DiskFile_Impl::ThrowRaceCondition() const {
 
 void Destination_DiskFile_Impl::SetFilePath(const wchar_t* path) {
   assert(path != nullptr);
-  const std::wstring newPath = path != nullptr ? path : L"";
+  const std::wstring newPath = YBase::EmptyIfNull(path);
   const YBase::CancellationGuard cancellationGuard;
   const YSynch::CriticalSection::SmartLock lock(mLock);
   if (newPath == mFilePath) return;

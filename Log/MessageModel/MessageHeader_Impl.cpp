@@ -1,9 +1,10 @@
 #include "MessageModel/MessageHeader_Impl.h"
 
-#include <cassert>
 #include <cstddef>
 #include <string_view>
 #include <utility>
+
+#include <YBase/NullText.h>
 
 #include "MessageModel/HeaderJson.h"
 #include "MessageModel/HeaderTextLine.h"
@@ -14,15 +15,6 @@ namespace YLog {
 namespace {
 
 constexpr std::size_t TEXT_LINE_CAPACITY = 256;
-
-const char* OrEmpty(const char* text) {
-  return text != nullptr ? text : "";
-}
-
-const char* NotNull(const char* text) {
-  assert(text != nullptr);
-  return OrEmpty(text);
-}
 
 }  // namespace
 
@@ -38,11 +30,11 @@ YBase::SmartPtrI<MessageHeader> CopyMessageHeader(const MessageHeader& header) {
 }
 
 void MessageHeader_Impl::SetComputerName(const char* name) {
-  mFields.computerName = NotNull(name);
+  mFields.computerName = YBase::NotNull(name);
 }
 
 void MessageHeader_Impl::SetServerInstanceName(const char* name) {
-  mServerInstanceName = OrEmpty(name);
+  mServerInstanceName = YBase::EmptyIfNull(name);
 }
 
 void MessageHeader_Impl::SetProcessID(unsigned id) {
@@ -50,11 +42,11 @@ void MessageHeader_Impl::SetProcessID(unsigned id) {
 }
 
 void MessageHeader_Impl::SetProcessIDDecimalString(const char* text) {
-  mFields.processID.SetDecimalText(NotNull(text));
+  mFields.processID.SetDecimalText(YBase::NotNull(text));
 }
 
 void MessageHeader_Impl::SetProcessIDHexString(const char* text) {
-  SetProcessID(YBase::HexToUnsignedInt(NotNull(text), false));
+  SetProcessID(YBase::HexToUnsignedInt(YBase::NotNull(text), false));
 }
 
 void MessageHeader_Impl::SetThreadID(unsigned long id) {
@@ -62,11 +54,11 @@ void MessageHeader_Impl::SetThreadID(unsigned long id) {
 }
 
 void MessageHeader_Impl::SetThreadIDDecimalString(const char* text) {
-  mFields.threadID.SetDecimalText(NotNull(text));
+  mFields.threadID.SetDecimalText(YBase::NotNull(text));
 }
 
 void MessageHeader_Impl::SetThreadIDHexString(const char* text) {
-  SetThreadID(YBase::HexToUnsignedInt(NotNull(text), false));
+  SetThreadID(YBase::HexToUnsignedInt(YBase::NotNull(text), false));
 }
 
 void MessageHeader_Impl::SetTimestamp(const Timestamp& timestamp) {
@@ -88,7 +80,7 @@ const char* MessageHeader_Impl::GetTimestampISO8601String() const {
 
 unsigned MessageHeader_Impl::SetTimestampISO8601String(const char* text) {
   Timestamp_Impl parsed;
-  const unsigned count = parsed.FromISO8601String(NotNull(text));
+  const unsigned count = parsed.FromISO8601String(YBase::NotNull(text));
   if (count == 0) return 0;
   mFields.timestampText.assign(text, count);
   mFields.timestamp = parsed;
@@ -96,12 +88,12 @@ unsigned MessageHeader_Impl::SetTimestampISO8601String(const char* text) {
 }
 
 void MessageHeader_Impl::SetLoggerName(const char* name) {
-  mFields.loggerName = NotNull(name);
+  mFields.loggerName = YBase::NotNull(name);
 }
 
 int MessageHeader_Impl::SetDispatcherName(const char* name) {
   static constexpr std::string_view lErrorDispatcherName = "Error";
-  mFields.dispatcherName = NotNull(name);
+  mFields.dispatcherName = YBase::NotNull(name);
   const int order = lErrorDispatcherName.compare(mFields.dispatcherName);
   mIsErrorDispatcher = order == 0;
   return order;
@@ -112,7 +104,7 @@ void MessageHeader_Impl::SetMessageID(unsigned id) {
 }
 
 void MessageHeader_Impl::SetMessageIDHexString(const char* text) {
-  SetMessageID(YBase::HexToUnsignedInt(NotNull(text), false));
+  SetMessageID(YBase::HexToUnsignedInt(YBase::NotNull(text), false));
 }
 
 const char* MessageHeader_Impl::ToString() const {
@@ -135,7 +127,7 @@ const char* MessageHeader_Impl::ToJsonString() const {
 
 unsigned MessageHeader_Impl::FromString(const char* line) {
   MessageHeader_Impl parsed;
-  const unsigned count = ReadHeaderTextLine(NotNull(line), parsed);
+  const unsigned count = ReadHeaderTextLine(YBase::NotNull(line), parsed);
   if (count == 0) return 0;
   std::swap(mFields, parsed.mFields);
   DiscardTextForms();
@@ -148,23 +140,23 @@ void MessageHeader_Impl::DiscardTextForms() const noexcept {
 }
 
 void MessageHeader_Impl::SetFileName(const char* name) {
-  mFields.fileName = OrEmpty(name);
+  mFields.fileName = YBase::EmptyIfNull(name);
 }
 
 void MessageHeader_Impl::SetFuncName(const char* name) {
-  mFields.funcName = OrEmpty(name);
+  mFields.funcName = YBase::EmptyIfNull(name);
 }
 
 void MessageHeader_Impl::SetUserID(const char* id) {
-  mFields.userID = OrEmpty(id);
+  mFields.userID = YBase::EmptyIfNull(id);
 }
 
 void MessageHeader_Impl::SetSessionID(const char* id) {
-  mFields.sessionID = OrEmpty(id);
+  mFields.sessionID = YBase::EmptyIfNull(id);
 }
 
 void MessageHeader_Impl::SetObjectID(const char* id) {
-  mFields.objectID = OrEmpty(id);
+  mFields.objectID = YBase::EmptyIfNull(id);
 }
 
 }  // namespace YLog

@@ -1,15 +1,11 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 #include <YBase/NumberText.h>
 #include <YLog/Timestamp.h>
 
 namespace YLog {
-
-/// Replaces `text` by the upper-case hexadecimal digits of `value`, at least `minDigits` of them.
-void AssignHex(std::string& text, unsigned value, std::size_t minDigits);
 
 /// A number of a header and its texts. Each text is built when it is first asked for.
 ///
@@ -43,8 +39,9 @@ class NumberField {
   }
 
   /// Of the low 32 bits.
-  const char* GetHexText(std::size_t minDigits) const {
-    if (mHexText.empty()) AssignHex(mHexText, static_cast<unsigned>(mValue), minDigits);
+  const char* GetHexText(int minDigits) const {
+    char digits[16];
+    if (mHexText.empty()) mHexText = YBase::ToHexText(digits, static_cast<unsigned>(mValue), minDigits);
     return mHexText.c_str();
   }
 

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include <YBase/Message.h>
+#include <YBase/NullText.h>
 #include <YBase/System.h>
 #include <YBase/TextConversion.h>
 #include <YFileSystem/Path.h>
@@ -43,7 +44,7 @@ YBase::ReturnWString DiskFileRegistry::GetBasePath() const {
 }
 
 void DiskFileRegistry::SetBasePath(const wchar_t* basePath) {
-  const std::wstring newBasePath = basePath != nullptr ? basePath : L"";
+  const std::wstring newBasePath = YBase::EmptyIfNull(basePath);
   Files moved;
   {
     const YSynch::RWLock::WriteSmartLock lock(mLock);

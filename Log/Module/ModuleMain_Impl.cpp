@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <YBase/ExceptionImpl.h>
+#include <YBase/NullText.h>
 #include <YBase/System.h>
 #include <YBase/TextConversion.h>
 #include <YFileSystem/Path.h>
@@ -71,7 +72,7 @@ void ModuleMain_Impl::RefreshConfiguration() {
 YBase::SmartPtrI<Logger> ModuleMain_Impl::GetLogger(const char* name,
                                                     YSynch::EnumORBLockStackCategory category) {
   assert(name != nullptr);
-  const std::string key = name != nullptr ? name : "";
+  const std::string key = YBase::EmptyIfNull(name);
   if (YBase::SmartPtrI<Logger> known = mLoggers.Find(key)) return known;
 
   using Shown = UnderConfiguration<ModuleMain_Impl, const YBase::SmartPtrI<Logger>>;

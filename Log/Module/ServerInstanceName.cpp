@@ -1,12 +1,13 @@
 #include "Module/ServerInstanceName.h"
 
+#include <YBase/NullText.h>
 #include <YBase/TextConversion.h>
 #include <YLog/MessageHeader.h>
 
 namespace YLog {
 
 void ServerInstanceName::Set(const wchar_t* name) {
-  std::wstring wide = name != nullptr ? name : L"";
+  std::wstring wide = YBase::EmptyIfNull(name);
   std::string narrow = YBase::WideCharToUTF8(wide.c_str());
   const YSynch::RWLock::WriteSmartLock lock(mLock);
   mName.swap(wide);

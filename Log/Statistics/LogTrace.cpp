@@ -1,3 +1,4 @@
+#include <YBase/NullText.h>
 #include <YLog/LogTrace.h>
 
 namespace YLog {
@@ -11,7 +12,7 @@ unsigned LogTrace::PrintAllLogTrace() {
 }
 
 void LogTrace::SetOutputFileName(const wchar_t* fileName) {
-  std::wstring name = fileName != nullptr ? fileName : L"";
+  std::wstring name = YBase::EmptyIfNull(fileName);
   const YSynch::RWLock::WriteSmartLock lock(mLock);
   mOutputFileName.swap(name);
 }
