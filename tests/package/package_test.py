@@ -18,9 +18,9 @@ SONAME = f"libYLog.so.0.{MINOR}" if MAJOR == "0" else f"libYLog.so.{MAJOR}"
 NAMES = {"YBase", "YDataType", "YFileSystem", "YLog", "YResource", "YSynch"}
 # What clients use of the foundation beside what the headers of YLog include.
 FOR_CLIENTS = {
-    "YBase/CallStack.h", "YBase/FormatMessage.h", "YBase/Localizer.h", "YBase/ModuleMainPtr.h",
-    "YFileSystem/Directory.h", "YFileSystem/File.h", "YFileSystem/Path.h", "YResource/FolderBundle.h", "YResource/Language.h", "YResource/Localizer.h",
-    "YResource/MemoryBundle.h"}
+    "YBase/FormatMessage.h", "YBase/Localizer.h", "YBase/ModuleMainPtr.h", "YFileSystem/Directory.h",
+    "YFileSystem/File.h", "YFileSystem/Path.h", "YResource/FolderBundle.h", "YResource/Language.h",
+    "YResource/Localizer.h", "YResource/MemoryBundle.h"}
 # A vtable, type information and so on belong to the class that they describe.
 PREFIXES = r"(?:(?:vtable|VTT|typeinfo|typeinfo name|construction vtable|virtual thunk|non-virtual thunk|guard variable)" \
            r" (?:for|to) )?"

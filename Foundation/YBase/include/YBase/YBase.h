@@ -1,6 +1,5 @@
 #pragma once
 
-#include <YBase/CallStack.h>
 #include <YBase/CancellationGuard.h>
 #include <YBase/ExceptionImpl.h>
 #include <YBase/FormatMessage.h>

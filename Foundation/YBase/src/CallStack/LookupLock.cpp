@@ -1,17 +1,12 @@
 #include "CallStack/LookupLock.h"
 
+#include <YBase/Check.h>
 #include <pthread.h>
-
-#include <exception>
 
 namespace YBase {
 namespace {
 
 constinit pthread_mutex_t gsMutex = PTHREAD_MUTEX_INITIALIZER;
-
-void Check(int error) noexcept {
-  if (error != 0) std::terminate();
-}
 
 void Lock() noexcept {
   Check(pthread_mutex_lock(&gsMutex));

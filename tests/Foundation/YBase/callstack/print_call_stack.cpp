@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include <YBase/YBase.h>
+#include <YBase/CallStack.h>
 
 // Like the library's thin wrappers, whose code the compiler puts into the client's functions.
 namespace YLog {
