@@ -2,7 +2,6 @@
 
 #include <climits>
 #include <cstring>
-#include <cwchar>
 #include <optional>
 #include <string>
 
@@ -78,9 +77,11 @@ unsigned long BackupFiles::GetLastNumber() const {
 }
 
 std::wstring BackupFiles::BackupPath(unsigned long number) const {
-  wchar_t suffix[32];
-  std::swprintf(suffix, std::size(suffix), L".bak%02lu", number);
-  return mPath + suffix;
+  // Not by `swprintf`, which takes a lock of the C library that a child of a fork may find locked.
+  const std::string digits = std::to_string(number);
+  std::wstring path = mPath + L".bak";
+  if (digits.size() < 2) path += L'0';
+  return path.append(digits.begin(), digits.end());
 }
 
 std::wstring BackupFiles::CopyPath() const {
