@@ -11,31 +11,33 @@ namespace YLog {
 template <class Key, class Item>
 class TraceTable;
 
-/// The figures of one command. The count stops at the limit of `int`; averages drop the remainder, and are
-/// right for durations up to the limits of their type.
+/// The figures of one command. The count saturates at the limit of `int`. Averages drop the remainder, and
+/// are correct for durations up to the limits of their type.
 struct CmdTraceItem {
   int commandId = 0;
   int count = 0;
-  long long minimum = 100000000;  ///< Longer durations do not move it.
+  long long minimum = 100000000;  ///< Longer durations do not change it.
   long long average = 0;
   long long maximum = 0;
 };
 
-/// Counts commands and how long they took, in whatever unit the caller measures.
+/// Counts commands and the time that they take, in any unit that the caller chooses.
 ///
-/// The printed file has a line for each snapshot: how many of its commands had an ID of 93 to 108, of how
-/// many in all, and the percentage; then for each command its ID, count, minimum, average and maximum.
+/// The printed file has one line for each snapshot: the number of its commands with an ID from 93 to 108, the
+/// number of all its commands, and the percentage; then for each command its ID, count, minimum, average and
+/// maximum.
 ///
 ///     2/3(66.67%)\t\t7:1(40/40/40)\t93:2(10/15/20)\t
 ///
-/// A file name that is not ASCII makes printing return `PRINT_FAILED`, with nothing discarded.
+/// If the file name is not ASCII, printing returns `PRINT_FAILED` and discards nothing.
 ///
-/// A thread ID is any number that the caller chooses. If each thread has a number of its own, reports do not
-/// wait for each other. If all have the same, counts are the same, and averages may be rounded differently.
+/// A thread ID is any number that the caller chooses. If each thread has its own number, reports do not wait
+/// for each other. If threads share a number, the counts are the same, but averages may be rounded
+/// differently.
 ///
 /// Threads: any.
 ///
-/// Failure: `AddToLogTrace` and `GetCurItem` throw `std::bad_alloc`; nothing was counted.
+/// Failure: `AddToLogTrace` and `GetCurItem` throw `std::bad_alloc`; nothing is counted then.
 class YLOG_EXPORT CmdLogTrace final : public LogTrace {
  public:
   using Items = std::map<int, CmdTraceItem>;
@@ -44,7 +46,7 @@ class YLOG_EXPORT CmdLogTrace final : public LogTrace {
   ~CmdLogTrace() override;
 
   void AddToLogTrace(unsigned long threadId, int commandId, long long duration);
-  /// A copy of what was reported for a thread since the last collection, by command ID.
+  /// A copy of the figures of a thread since the last collection, by command ID.
   Items GetCurItem(unsigned long threadId) const;
 
   void CollectLogTrace() override;

@@ -5,29 +5,31 @@
 
 namespace YLog {
 
-/// Sends records to the operating system's log, each as one entry whose lines are parted by line feeds. The
-/// severity of a record is in the two highest bits of its message ID: 10 is an error, 01 a warning, anything
-/// else an information.
+/// Sends records to the operating system's log, each as one entry whose lines are separated by line feeds.
+/// The severity of a record is in the two highest bits of its message ID: 10 is an error, 01 a warning,
+/// anything else information.
 ///
-/// The connection to the system log is the C library's, of which a process has one: a host that calls
-/// `openlog` itself changes the name for this destination, too.
+/// The connection to the system log belongs to the C library, and a process has one: a host that calls
+/// `openlog` itself also changes the name for this destination.
 ///
-/// Threads: any. Records go out under the name before or after a `SetApplicationName`, never without one.
+/// Threads: any. A record that is logged during `SetApplicationName` has the old name or the new one, never
+/// none.
 ///
-/// Failure: the system reports none. Without a system log daemon, records go to the system console as far as
-/// there is one. While the daemon has stopped reading, each call waits until it goes on, and so does a fork;
-/// see docs/system-log.md.
+/// Failure: the system reports none. Without a system log daemon, records are written to the system console
+/// if there is one. While the daemon has stopped reading, each call waits until it reads again, and so does a
+/// fork.
 class YLOG_EXPORT Destination_SystemLog : public virtual Destination {
  public:
-  /// Other values are legal, and sent at the highest urgency.
+  /// Other values are legal, and are sent with the highest urgency.
   enum MessageSeverity : unsigned {
     SeverityInformation = 0,
     SeverityWarning = 1,
     SeverityError = 2,
   };
 
-  /// The name under which records are sent: "Vellatorquine Application" if the first record comes before it
-  /// is set. The empty name is no name until another one was set. \pre `name` is not null.
+  /// The name under which records are sent. If the first record is sent before a name is set, the name is
+  /// "Vellatorquine Application". An empty name is ignored unless another one was set before. \pre `name` is
+  /// not null.
   virtual void SetApplicationName(const char* name) = 0;
 
   using Destination::LogMessage;

@@ -4,20 +4,20 @@
 #include <YLog/Router.h>
 #include <YResource/MessageFormatter.h>
 
-// The functions that client code logs with. Each takes what it says from one of two places:
+// The functions with which client code logs. Each takes its text from one of two sources:
 //
-// - a literal: a text, or a template (`%1` to `%N`) with the arguments inserted into a formatter. The default
-//   beside it is not used: it gives both forms of a function the same shape;
-// - a message ID: the text or template under that ID in the logger's catalogue, `Logger::SetResourceBundle`,
-//   in the language of the process. The default stands in where the catalogue has none, or the logger has no
-//   catalogue, and the numbers of domain and ID ("7/300") where there is no default. The ID goes into the
-//   record.
+// - a literal: a text, or a template (`%1` to `%N`) whose arguments have been inserted into a formatter. The
+//   default parameter is not used here; it gives both forms of a function the same parameters;
+// - a message ID: the text or template with that ID in the logger's catalogue, `Logger::SetResourceBundle`,
+//   in the language of the process. If the catalogue has none, or the logger has no catalogue, the default is
+//   used; if there is no default, the numbers of domain and ID ("7/300"). The record shows the ID.
 //
-// `LogMessage` and `LogString` do nothing while the router is disabled: that costs one test of a byte, and a
-// formatter keeps its arguments. The others log whatever the router's flag says, and throw what they logged.
+// `LogMessage` and `LogString` do nothing while the router is disabled: that costs the test of one byte, and
+// a formatter keeps its arguments. The other functions log even if the router is disabled, and throw what
+// they logged.
 //
-// Those that are inline are so without optimisation, too: a call stack begins with the function that calls
-// them.
+// The inline functions are inlined even without optimisation, so that a call stack begins with the function
+// that calls them.
 //
 // Threads: any; a formatter belongs to its caller.
 //
@@ -29,7 +29,7 @@ namespace YLog {
 /// An empty formatter for the arguments of a message.
 YLOG_EXPORT YResource::MessageFormatter GetMessageFormatter();
 
-/// What the functions below do once they have found the router enabled.
+/// Called by the functions below when the router is enabled.
 YLOG_EXPORT void LogFormatted(Router& router, const char* messageTemplate,
                               YResource::MessageFormatter& formatter, const char* fileName,
                               const char* funcName, int lineNumber);
@@ -39,7 +39,7 @@ YLOG_EXPORT void LogFormatted(Router& router, unsigned messageID, YResource::Mes
 YLOG_EXPORT void LogStringByID(Router& router, unsigned messageID, const char* defaultText,
                                const char* fileName, const char* funcName, int lineNumber);
 
-/// Logs a text made of a template and arguments:
+/// Logs a template with its arguments filled in:
 ///
 ///     YLog::LogMessage(*router, "Order %1 took %2 ms", YLog::GetMessageFormatter() << order << duration);
 ///
@@ -64,7 +64,7 @@ YLOG_EXPORT void LogStringByID(Router& router, unsigned messageID, const char* d
   LogMessage(router, messageTemplate, formatter, defaultTemplate, fileName, funcName, lineNumber);
 }
 
-/// Logs the text made of the template under a message ID and arguments:
+/// Logs the template with a message ID, with its arguments filled in:
 ///
 ///     YLog::LogMessage(*router, ORDER_DONE, YLog::GetMessageFormatter() << order, "Order %1 is done");
 [[gnu::always_inline]] inline void LogMessage(Router& router, unsigned messageID,
@@ -96,7 +96,7 @@ YLOG_EXPORT void LogStringByID(Router& router, unsigned messageID, const char* d
   router.LogMessage(text, 0, fileName, funcName, lineNumber);
 }
 
-/// Logs the text under a message ID as it is.
+/// Logs the text with a message ID as it is.
 [[gnu::always_inline]] inline void LogString(Router& router, unsigned messageID,
                                              const char* defaultText = nullptr,
                                              const char* fileName = __builtin_FILE(),
@@ -117,7 +117,7 @@ YLOG_EXPORT void LogStringByID(Router& router, unsigned messageID, const char* d
   LogMessageAndThrowBaseException(router, messageTemplate, formatter, defaultTemplate);
 }
 
-/// The same by message ID. What is thrown carries the ID, and the domain `YBase::MESSAGE_DOMAIN_UNKNOWN`.
+/// The same by message ID. The exception has the ID, and the domain `YBase::MESSAGE_DOMAIN_UNKNOWN`.
 [[noreturn]] YLOG_EXPORT void LogMessageAndThrowBaseException(Router& router, unsigned messageID,
                                                               YResource::MessageFormatter& formatter,
                                                               const char* defaultTemplate = nullptr);
@@ -131,7 +131,7 @@ YLOG_EXPORT void LogStringByID(Router& router, unsigned messageID, const char* d
 /// `YBase::ExceptionImpl<YBase::Message>`. \pre `text` is not null.
 [[noreturn]] YLOG_EXPORT void LogStringAndThrowBaseException(Router& router, const char* text);
 
-/// The same by message ID. What is thrown carries the ID, and the domain `YBase::MESSAGE_DOMAIN_UNKNOWN`.
+/// The same by message ID. The exception has the ID, and the domain `YBase::MESSAGE_DOMAIN_UNKNOWN`.
 [[noreturn]] YLOG_EXPORT void LogStringAndThrowBaseException(Router& router, unsigned messageID,
                                                              const char* defaultText = nullptr);
 

@@ -8,36 +8,36 @@
 
 namespace YLog {
 
-/// What the statistics of commands and of messages have in common. Reports are folded, thread by thread, into
-/// current figures; collecting adds the figures of all threads up into one snapshot and starts anew; printing
-/// writes the snapshots to a text file and discards them.
+/// What the statistics of commands and of messages have in common. Reports are added to the current figures
+/// of their thread. Collecting adds up the figures of all threads in one snapshot, and they begin again at
+/// zero. Printing writes the snapshots to a text file and discards them.
 ///
-/// Threads: any operation may be called from any thread; a report that meets a collection is in that snapshot
-/// or in the next. Two prints at once spoil each other's file.
+/// Threads: any thread may call any operation. A report during a collection is in that snapshot or in the
+/// next one. If two threads print at once, they spoil each other's file.
 class YLOG_EXPORT LogTrace {
  public:
-  /// What printing returns when the file could not be opened: nothing is discarded.
+  /// What printing returns if the file could not be opened. Nothing is discarded.
   static constexpr unsigned FILE_NOT_OPENED = 0x80004003;
-  /// What printing returns when the file, once open, could not be written to its end. The snapshots are
-  /// discarded all the same.
+  /// What printing returns after any other failure. If the file had been opened, the snapshots are discarded
+  /// nevertheless.
   static constexpr unsigned PRINT_FAILED = 0x80004005;
 
   virtual ~LogTrace();
   LogTrace(const LogTrace&) = delete;
   LogTrace& operator=(const LogTrace&) = delete;
 
-  /// Appends a snapshot, an empty one where nothing was reported.
+  /// Adds a snapshot, which is empty if nothing was reported.
   ///
   /// Failure: `std::bad_alloc`; the current figures stay as they were.
   virtual void CollectLogTrace() = 0;
-  /// Returns 0, or one of the two codes above; throws nothing. This one does nothing.
+  /// Returns 0, or one of the two codes above; throws nothing. This implementation does nothing.
   virtual unsigned PrintAllLogTrace();
   /// Discards the current figures and the snapshots.
   virtual void Clear() = 0;
 
-  /// The file that printing replaces, in ASCII; none until it is set. Null is the empty name, to which
-  /// nothing can be printed. A relative name is taken from the current folder of the process when it prints;
-  /// the base path of disk files does not matter.
+  /// The name, in ASCII, of the file that printing replaces; empty until it is set. Null is the empty name,
+  /// to which nothing can be printed. A relative name is resolved against the current folder of the process
+  /// when it prints; the base path of disk files does not matter.
   void SetOutputFileName(const wchar_t* fileName);
 
  protected:

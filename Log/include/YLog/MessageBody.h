@@ -7,27 +7,26 @@
 
 namespace YLog {
 
-/// What a structured message says, as text in any language: composed when it is first asked for, and kept.
-/// Texts that the message does not carry come from the catalogues that are registered with the resource
-/// library.
+/// The text of a structured message, in any language. It is composed at the first request for that language,
+/// and kept. Texts that the message does not contain come from the catalogues that are registered with the
+/// resource library.
 ///
-/// Ownership: counted. Owns a copy of the message that it is given.
+/// Ownership: counted. Owns a copy of its message.
 ///
 /// Threads: a body belongs to one thread at a time; only its count is atomic.
 ///
-/// Failure: `std::bad_alloc`, and what the bundle of a client throws. What failed is tried anew when it is
-/// asked for again.
+/// Failure: `std::bad_alloc`, and what a client's bundle throws. The next request tries again.
 class YLOG_EXPORT MessageBody : public virtual YBase::ReferenceCounted {
  public:
-  /// Starts a new message; all texts of the one before go.
+  /// Replaces the message, and discards all texts of the previous one.
   virtual void SetMessage(const YBase::Message& message) = 0;
 
-  /// The message, with the texts that were found for it in every language asked for so far. Valid until the
+  /// The message, with the texts that were found for it in every language requested so far. Valid until the
   /// next `SetMessage`.
   virtual const YBase::Message& GetMessage() = 0;
 
-  /// The text of the whole message in a language, UTF-8, a line for each message of the tree, indented by its
-  /// depth. Never null. Valid until the next `SetMessage`.
+  /// The text of the whole message in a language, in UTF-8: a line for each message of the tree, indented by
+  /// its depth. Never null. Valid until the next `SetMessage`.
   virtual const char* GetText(unsigned short language) const = 0;
 
  protected:

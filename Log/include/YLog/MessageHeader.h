@@ -7,19 +7,19 @@
 
 namespace YLog {
 
-/// Where and when a message arose: time, computer, server instance, process, thread, logger, dispatcher,
-/// message ID, the user, session and object it concerns, and the source position.
+/// Where and when a message was logged: time, computer, server instance, process, thread, logger, dispatcher,
+/// message ID, the user, session and object that it concerns, and the source position.
 ///
-/// Text forms of the numbers and of the header itself are built when first asked for and kept. Only the
-/// setters of numbers and of the timestamp discard the text line and the JSON form; the setters of names, of
-/// the source position and of the user, session and object ID leave those that were already built as they
-/// are.
+/// The texts of the numbers and of the header itself are built at the first request and kept. Only the
+/// setters of numbers and of the timestamp discard the text line and the JSON form. The setters of names, of
+/// the source position and of the user, session and object IDs do not: if one of the two forms has been
+/// built, it stays as it is.
 ///
-/// Texts are UTF-8. Getters of texts never return null; what they return stays valid until the next setter
-/// is called on the same header.
+/// Texts are UTF-8. Getters of texts never return null; what they return stays valid until the next setter is
+/// called on the same header.
 ///
-/// Ownership: counted. Setters copy what they are given. Except where it is said to be allowed, a text must
-/// not be null: debug builds refuse it, others take it for empty.
+/// Ownership: counted. Setters copy their arguments. A text must not be null unless the setter says
+/// otherwise: debug builds refuse null, others treat it as an empty text.
 ///
 /// Threads: a header belongs to one thread at a time; only its count is atomic.
 ///
@@ -34,71 +34,71 @@ class YLOG_EXPORT MessageHeader : public virtual YBase::ReferenceCounted {
   virtual void SetServerInstanceName(const char* name) = 0;
 
   virtual unsigned GetProcessID() const = 0;
-  /// The value that is already there changes nothing.
+  /// Setting the present value changes nothing.
   virtual void SetProcessID(unsigned id) = 0;
   virtual const char* GetProcessIDDecimalString() const = 0;
-  /// Sets the number that `YBase::DecimalToInt` reads in `text`, and keeps `text` as it stands. The text
-  /// line and the JSON form stay as they are.
+  /// Sets the number that `YBase::DecimalToInt` reads from `text`, and keeps `text` as the number's decimal
+  /// text, whatever it contains. The text line and the JSON form are not discarded.
   virtual void SetProcessIDDecimalString(const char* text) = 0;
-  /// Upper-case hexadecimal digits, neither padded nor prefixed.
+  /// Upper-case hexadecimal digits, without padding or prefix.
   virtual const char* GetProcessIDHexString() const = 0;
   virtual void SetProcessIDHexString(const char* text) = 0;
 
   virtual unsigned long GetThreadID() const = 0;
-  /// The value that is already there changes nothing.
+  /// Setting the present value changes nothing.
   virtual void SetThreadID(unsigned long id) = 0;
   virtual const char* GetThreadIDDecimalString() const = 0;
-  /// As `SetProcessIDDecimalString`; a negative number is widened with its sign.
+  /// As `SetProcessIDDecimalString`; a negative number is sign-extended.
   virtual void SetThreadIDDecimalString(const char* text) = 0;
-  /// The low 32 bits only, in upper-case hexadecimal digits, neither padded nor prefixed.
+  /// The low 32 bits only, in upper-case hexadecimal digits, without padding or prefix.
   virtual const char* GetThreadIDHexString() const = 0;
   virtual void SetThreadIDHexString(const char* text) = 0;
 
   virtual const Timestamp& GetTimestamp() const = 0;
-  /// A change made through this reference leaves the texts that were already built as they are.
+  /// A change made through this reference does not discard the texts that have been built.
   virtual Timestamp& GetTimestamp() = 0;
   virtual void SetTimestamp(const Timestamp& timestamp) = 0;
   virtual void SetTimestampToNowLocal() = 0;
   virtual const char* GetTimestampISO8601String() const = 0;
-  /// Reads a timestamp at the beginning of `text` and returns how many characters it took; the timestamp's
-  /// text is then those characters as they stand, and the text line and the JSON form stay as they are.
-  /// Returns 0, and the header is unchanged, where there is none.
+  /// Reads a timestamp at the beginning of `text` and returns the number of characters read. Those characters
+  /// become the timestamp's text as they are; the text line and the JSON form are not discarded. If there is
+  /// no timestamp, returns 0 and leaves the header unchanged.
   virtual unsigned SetTimestampISO8601String(const char* text) = 0;
 
   virtual const char* GetLoggerName() const = 0;
   virtual void SetLoggerName(const char* name) = 0;
 
   virtual const char* GetDispatcherName() const = 0;
-  /// Returns how "Error" compares with `name`: 0 where they are equal, and only then the text line carries
-  /// the source position; else a number of the comparison's sign.
+  /// Sets the name and returns how "Error" compares with it: 0 if the two are equal, otherwise a number with
+  /// the sign of the comparison. The text line shows the source position only if they are equal.
   virtual int SetDispatcherName(const char* name) = 0;
 
-  /// 0 where the message has no ID.
+  /// 0 if the message has no ID.
   virtual unsigned GetMessageID() const = 0;
-  /// The value that is already there changes nothing.
+  /// Setting the present value changes nothing.
   virtual void SetMessageID(unsigned id) = 0;
   /// Eight upper-case hexadecimal digits.
   virtual const char* GetMessageIDHexString() const = 0;
   virtual void SetMessageIDHexString(const char* text) = 0;
 
-  /// The header as one line without a line end, as it begins every record:
+  /// The header as one line without a line feed, as at the beginning of every record:
   /// `2024-03-05 09:07:03.042+01:00 [HOST:web01][SERVER:Inst1][PID:4711][THR:123145][Kernel][Error]`
   /// `[0x0000012C][UID:0][SID:0][OID:0][engine_main:Run at line:42]`
-  /// The group of the message ID is missing where the ID is 0. The last group is there only on the
-  /// dispatcher "Error", when both file and function are known; it shows the file without its folders.
+  /// The group of the message ID is left out if the ID is 0. The last group is there only on the dispatcher
+  /// "Error", if both file and function are known; it shows the file without its folders.
   virtual const char* ToString() const = 0;
   /// The header as one JSON object on one line that ends in a line feed, all in ASCII:
   /// `{"dispatcher":"Error","host":"web01","logger":"Kernel","message_id":"0x0000012C","pid":"4711",`
   /// `"server":"Inst1","thr":"123145","time":"2024-03-05 09:07:03.042+01:00","uid":"U1"}`
-  /// All values are strings. "message_id" is missing where the ID is 0, and "uid", "sid" and "oid" where the
-  /// user, session or object ID is empty. What is no valid UTF-8 is replaced as `YBase::UTF8ToWideChar`
-  /// does. The source position is not in it.
+  /// All values are strings. "message_id" is left out if the ID is 0, and "uid", "sid" and "oid" if the user,
+  /// session or object ID is empty. Invalid UTF-8 is replaced as `YBase::UTF8ToWideChar` does. The source
+  /// position is not included.
   virtual const char* ToJsonString() const = 0;
-  /// Reads a text line back and returns how many characters of `line` belong to the header: what follows is
-  /// the message. Returns 0, and the header is unchanged, where `line` does not begin with a header.
+  /// Reads a text line back and returns the number of characters of `line` that belong to the header; the
+  /// message follows them. If `line` does not begin with a header, returns 0 and leaves the header unchanged.
   ///
-  /// The server instance name, and whether the text line carries the source position, stay those of this
-  /// header. IDs shown as "0" are read as the text "0".
+  /// This header keeps its server instance name, and its text line shows the source position or not, as
+  /// before. IDs shown as "0" are read as the text "0".
   virtual unsigned FromString(const char* line) = 0;
 
   /// Null is the empty text, here and in the setters below.

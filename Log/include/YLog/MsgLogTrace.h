@@ -14,7 +14,7 @@ template <class Key, class Item>
 class TraceTable;
 
 /// The figures of one message at one destination: how often each kind of outcome was reported, and the
-/// average duration. What the kinds mean is the caller's. Each count stops at the limit of `int`.
+/// average duration. The caller decides what the kinds mean. Each count saturates at the limit of `int`.
 struct MsgTraceItem {
   int count0 = 0;
   int count1 = 0;
@@ -22,27 +22,27 @@ struct MsgTraceItem {
   int average = 0;
 };
 
-/// Counts messages by destination, message ID and outcome, and averages how long they took. There is one for
-/// the whole process. The library reports nothing itself; `SendToLogTrace` counts nothing until
+/// Counts messages by destination, message ID and outcome, and averages the time that they take. There is one
+/// object for the whole process. The library itself reports nothing; `SendToLogTrace` counts nothing until
 /// `SetMsgLogTrace(true)`. A thread ID is any number that the caller chooses, as for `CmdLogTrace`.
 ///
-/// The printed file begins with the time at which the object was created; then each snapshot has a line for
-/// each destination, with the snapshot's number and, for each message ID, the three counts and the average.
-/// Of the message IDs only 0 to 218 are printed.
+/// The printed file begins with the time at which the object was created. Then each snapshot has a line for
+/// each destination, with the snapshot's number, the destination's name and, for each message ID, the three
+/// counts and the average. Only message IDs from 0 to 218 are printed.
 ///
 ///     2024-05-17 09:30:00.123
 ///     1\torders                                            \t17(2-0-1:35)\t
 ///
-/// Printing also forgets the destinations. Collect just before: what was reported, but not yet collected, is
-/// counted under a destination that later prints do not show. A file name that is not ASCII counts as one
-/// that cannot be opened; a destination's name that is not ASCII makes printing fail.
+/// Printing also forgets the destinations. So collect immediately before printing: what has been reported,
+/// but not yet collected, is counted under a destination that later prints do not show. A file name that is
+/// not ASCII is treated as one that cannot be opened. If a destination's name is not ASCII, printing fails.
 ///
-/// Ownership: created when first asked for, and never destroyed, so that a thread which still reports while
-/// the process exits finds it alive.
+/// Ownership: created at the first request and never destroyed, so that a thread may still report while the
+/// process exits.
 ///
 /// Threads: any, except `Init` and `Destroy`.
 ///
-/// Failure: reports and queries throw `std::bad_alloc`; nothing was counted.
+/// Failure: reports and queries throw `std::bad_alloc`; nothing is counted then.
 class YLOG_EXPORT MsgLogTrace final : public LogTrace {
  public:
   /// By the index of the destination and the message ID.
@@ -50,7 +50,8 @@ class YLOG_EXPORT MsgLogTrace final : public LogTrace {
 
   ~MsgLogTrace() override;
 
-  /// Allow `getInstance` to create the object, or no longer. The library calls them when it starts and stops.
+  /// `Init` allows `getInstance` to create the object, until `Destroy`. The library calls them when it starts
+  /// and stops.
   /// \pre No other thread is in `getInstance` or `SendToLogTrace`.
   static void Init();
   static void Destroy();
@@ -59,21 +60,21 @@ class YLOG_EXPORT MsgLogTrace final : public LogTrace {
   /// alive; `std::bad_alloc`.
   static MsgLogTrace* getInstance();
 
-  /// Turns `SendToLogTrace` on and off. Off until it is called; a thread may see the change late.
+  /// Switches `SendToLogTrace` on and off. It is off at first. A thread may see a change late.
   static void SetMsgLogTrace(bool enable);
-  /// As `AddToLogTrace`, while tracing is on. Returns 1, and creates nothing, while it is off, and where
-  /// there is no object and the library is not started.
+  /// As `AddToLogTrace` while tracing is on. While it is off, and if there is no object and the library is
+  /// not started, returns 1 and creates nothing.
   static int SendToLogTrace(unsigned long threadId, int messageId, const std::wstring& destination,
                             int duration, int kind);
 
-  /// Returns 0, or 1 for a kind other than 0, 1 and 2: nothing is counted then, but the average takes the
-  /// duration in.
+  /// Returns 0. For a kind other than 0, 1 and 2 returns 1 and counts nothing, but the average includes the
+  /// duration.
   int AddToLogTrace(unsigned long threadId, int messageId, const std::wstring& destination, int duration,
                     int kind);
-  /// The destination's number, given at first sight: 0, 1, 2 and so on. A destination that is seen again
-  /// after a print gets another one.
+  /// The destination's number, assigned when it is first seen: 0, 1, 2 and so on. A destination that is seen
+  /// again after printing has a new number.
   int GetDstIndex(const std::wstring& destination);
-  /// A copy of what was reported for a thread since the last collection.
+  /// A copy of the figures of a thread since the last collection.
   Items GetCurItem(unsigned long threadId) const;
 
   void CollectLogTrace() override;

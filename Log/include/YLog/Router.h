@@ -19,14 +19,14 @@ class Logger;
 ///
 /// Ownership: counted. Holds its logger.
 ///
-/// Threads: any operation from any thread.
+/// Threads: any thread may call any operation.
 ///
 /// Failure: what a destination throws reaches the caller, and `std::bad_alloc`.
 class YLOG_EXPORT Router : public virtual YBase::ReferenceCounted {
  public:
-  /// Whether the dispatcher had a destination when last heard of; kept current by the router. To be read
-  /// before a message is formatted, relaxed: a change may be seen late, and then one message is formatted
-  /// needlessly or left out.
+  /// Whether the dispatcher has a destination; the router keeps it up to date. Read it before formatting a
+  /// message, with relaxed memory order: if a change is seen late, a message is formatted needlessly or left
+  /// out.
   std::atomic<bool> mEnabled{false};
 
   /// The logger; no reference is added.
@@ -34,7 +34,7 @@ class YLOG_EXPORT Router : public virtual YBase::ReferenceCounted {
   virtual YBase::SmartPtrI<Dispatcher> GetDispatcher() const = 0;
   virtual YBase::SmartPtrI<YResource::Bundle> GetResourceBundle() const = 0;
 
-  /// Hands a text to the logger. Does not test `mEnabled`. File and function may be null.
+  /// Passes a text to the logger. Does not test `mEnabled`. File and function may be null.
   /// \pre `text` is not null.
   virtual void LogMessage(const char* text, unsigned messageID, const char* fileName, const char* funcName,
                           int lineNumber) const = 0;
@@ -50,12 +50,12 @@ class YLOG_EXPORT Router : public virtual YBase::ReferenceCounted {
   ~Router() override;
 };
 
-/// A router for the dispatcher of that name of the logger of that name; either is made, and shown to the
-/// configuration hook, where it is missing. The category is that of a new logger's lock.
+/// A router for the dispatcher `dispatcherName` of the logger `loggerName`. If either does not exist, it is
+/// created and passed to the configuration hook. The category is that of a new logger's lock.
 /// \pre Neither name is null.
 ///
 /// Failure: what `GetLogger` and `Logger::DispatcherCollection::ObtainCookie` throw. A logger or dispatcher
-/// that was made before stays.
+/// that was created before the failure stays.
 YLOG_EXPORT YBase::SmartPtrI<Router> CreateRouter(const char* loggerName, const char* dispatcherName,
                                                   YSynch::EnumORBLockStackCategory category);
 

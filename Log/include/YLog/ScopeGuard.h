@@ -6,8 +6,8 @@
 
 namespace YLog {
 
-/// Traces a block of code: logs when it is entered, and when it is left, with the return code if one was
-/// given.
+/// Traces a block of code: logs when the block is entered and when it is left, with its return code if one
+/// was set.
 ///
 ///     unsigned long Run(YLog::Router& trace) {
 ///       YLog::ScopeGuard guard(trace, __func__, __FILE__, __LINE__);
@@ -16,18 +16,20 @@ namespace YLog {
 ///       return status;
 ///     }
 ///
-/// A guard whose router is disabled when it is created traces nothing, whatever becomes of the router; that
-/// costs one test of a byte. One whose router is disabled at the end leaves out the second record.
+/// If the router is disabled when the guard is created, nothing is traced, even if the router is enabled
+/// later; that costs the test of one byte. If the router is disabled at the end, the second record is left
+/// out.
 ///
-/// Ownership: holds a reference to the router while it traces. The names are not copied and must outlive it.
+/// Ownership: holds a reference to the router while it traces. The names are not copied and must outlive the
+/// guard.
 ///
-/// Threads: belongs to one.
+/// Threads: belongs to one thread.
 ///
-/// Failure: none. A record that cannot be made or logged is left out, and the traced code goes on. A thread
-/// that is cancelled meanwhile ends behind the record.
+/// Failure: none. A record that cannot be made or logged is left out, and the traced code continues. If the
+/// thread is cancelled meanwhile, the record is finished first.
 class YLOG_EXPORT ScopeGuard {
  public:
-  /// Logs "Enter 'Run' near job.cpp(42)". Without a function name, null, nothing is traced.
+  /// Logs "Enter 'Run' near job.cpp(42)". If the function name is null, nothing is traced.
   [[nodiscard]] ScopeGuard(Router& router, const char* funcName, const char* fileName,
                            unsigned short lineNumber) noexcept
       : mFuncName(funcName),
@@ -38,12 +40,12 @@ class YLOG_EXPORT ScopeGuard {
     if (mpRouter) LogEnter();
   }
 
-  /// A wide name is not shown: a remark that narrow ones are stands in its place.
+  /// A wide name is not shown: the record contains a hint to use a narrow one.
   [[nodiscard]] ScopeGuard(Router& router, const wchar_t* /*funcName*/, const char* fileName,
                            unsigned short lineNumber) noexcept
       : ScopeGuard(router, "[use char* as function name to see it]", fileName, lineNumber) {}
 
-  /// Logs "Leave 'Run' near job.cpp(57) with 0x00000005", or without the code where none was given.
+  /// Logs "Leave 'Run' near job.cpp(57) with 0x00000005", or without the code if none was set.
   ~ScopeGuard() {
     if (mpRouter) LogLeave();
   }
@@ -51,7 +53,7 @@ class YLOG_EXPORT ScopeGuard {
   ScopeGuard(const ScopeGuard&) = delete;
   ScopeGuard& operator=(const ScopeGuard&) = delete;
 
-  /// The return code of the block, and the line that returns it, for the record at its end.
+  /// Sets the return code of the block, and the line that returns it, for the second record.
   void SetReturnCode(unsigned long returnCode, unsigned short lineNumber) noexcept {
     mReturnCode = returnCode;
     mLineNumber = lineNumber;

@@ -5,27 +5,27 @@
 
 namespace YLog {
 
-// Takes passwords and the like out of a text before it is logged.
+// Masks passwords and similar values in a text before it is logged.
 //
-// These functions know quotes, not grammars: no XML or JSON is parsed, and a broken text is masked as far as
-// its quotes go. A value that is cut off has no closing quote and stays readable, so mask first and shorten
-// after. Time is proportional to the length of the text, however many values it holds.
+// These functions search for double quotes and do not parse XML or JSON. They mask a broken text as far as
+// its quotes allow. A value that is cut off has no closing quote and stays readable: mask first, then
+// shorten. The time is proportional to the length of the text, however many values it contains.
 //
-// Threads: any, the first use included. They work without an `Initializer`.
+// Threads: any, even for the first use. They work without an `Initializer`.
 //
 // Failure: `std::bad_alloc`. A null text or name is refused in debug builds; in others the result is the
-// empty text, so that nothing unmasked gets out.
+// empty text, so that nothing is left unmasked.
 
-/// The name of the field in which HTTP requests carry a password.
+/// The name of the field that contains the password in an HTTP request.
 YLOG_EXPORT extern const char* const REST_TAG_PASSWORD;
 
-/// Gives the text back with the value of every attribute `tagName="value"` replaced, the empty value too. A
-/// null replacement is the empty text.
+/// Returns the text with the value of every attribute `tagName="value"` replaced, even an empty value. A null
+/// replacement is the empty text.
 ///
-/// An attribute counts only where a blank stands before its name, and where its name and case are exactly
-/// the same: one at the very start of the text is left alone, and so is one whose name merely ends in
-/// `tagName`. A value ends at the next double quote, whatever stands before that; a last one that is not
-/// ended is left as it is.
+/// An attribute is recognised only if a blank precedes its name, and if the name is exactly `tagName`, in the
+/// same case. So an attribute at the very beginning of the text is left alone, and so is one whose name
+/// merely ends in `tagName`. A value ends at the next double quote, whatever precedes it. A last value
+/// without a closing quote is left as it is.
 ///
 /// \pre `text` and `tagName` are not null.
 YLOG_EXPORT YBase::ReturnString ReplaceSensitiveMessage(const char* text, const char* tagName,
@@ -34,20 +34,21 @@ YLOG_EXPORT YBase::ReturnString ReplaceSensitiveMessage(const char* text, const 
 YLOG_EXPORT YBase::ReturnString ReplaceSensitiveMessage(const wchar_t* text, const char* tagName,
                                                         const char* replacement);
 
-/// Gives the text, the body of an HTTP request, back with "***" for the value of every JSON member
+/// Returns the text, the body of an HTTP request, with "***" for the value of every JSON member
 /// `"password":"value"`.
 ///
-/// The value is what stands between the next two double quotes behind the next colon behind the quoted name;
-/// a double quote just behind a backslash does not end it. So a value that ends in an escaped backslash is
-/// taken to run on to the next double quote, and where the value is no string (a number, `null`, an object)
-/// the next string of the text is masked in its place. A value that is not ended is left as it is.
+/// The value is the text between two double quotes: the first two after the first colon after the quoted
+/// name. A double quote immediately after a backslash does not end it. So a value that ends in an escaped
+/// backslash is taken to continue to the next double quote, and if the value is not a string (a number,
+/// `null`, an object), the next string of the text is masked instead. A value without a closing quote is left
+/// as it is.
 ///
 /// \pre `text` is not null.
 YLOG_EXPORT YBase::ReturnString ReplaceSensitiveMessageInHTTP(const char* text);
 
-/// Appends `REST_TAG_PASSWORD` to the names that `ReplaceSensitiveMessageInHTTP` masks, even when it is among
-/// them: each appended name costs one more pass over every text. Nobody needs to call this, as the first
-/// masking does when the list is empty.
+/// Appends `REST_TAG_PASSWORD` to the names that `ReplaceSensitiveMessageInHTTP` masks, even if it is already
+/// among them: each appended name costs one more pass over every text. There is no need to call this, because
+/// the first masking does so if the list is empty.
 YLOG_EXPORT void InitHTTPSensitiveTagVector();
 
 }  // namespace YLog

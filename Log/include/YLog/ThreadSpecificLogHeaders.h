@@ -8,7 +8,8 @@
 
 namespace YLog {
 
-/// What the calling thread's work concerns, in UTF-8. It stands in the header of each of its messages.
+/// The user, session and object that the calling thread is working for, in UTF-8. The header of each of its
+/// messages contains them.
 struct ThreadSpecificLogHeaders {
   std::string userID;
   std::string sessionID;
@@ -20,7 +21,7 @@ struct ThreadSpecificLogHeaders {
 // Failure: they throw `std::bad_alloc`, and `YBase::ExceptionImpl<YBase::Message>` while no `Initializer` is
 // alive.
 
-/// Null is the empty text, which takes the ID away.
+/// Null is the empty text, which removes the ID.
 YLOG_EXPORT void SetUserIDToThreadContext(const wchar_t* id);
 YLOG_EXPORT void SetSessionIDToThreadContext(const wchar_t* id);
 YLOG_EXPORT void SetObjectIDToThreadContext(const wchar_t* id);
@@ -30,10 +31,10 @@ YLOG_EXPORT YBase::ReturnWString GetObjectIDFromThreadContext();
 YLOG_EXPORT void SetEpisodeNumber(unsigned long long number);
 YLOG_EXPORT unsigned long long GetEpisodeNumber();
 
-/// Sets those IDs that are not empty; an empty one leaves the thread's as it was. What is no valid UTF-8 is
+/// Sets the IDs that are not empty; for an empty one, the thread's own stays as it was. Invalid UTF-8 is
 /// replaced as `YBase::UTF8ToWideChar` does.
 YLOG_EXPORT void SetThreadSpecificLogHeaders(const ThreadSpecificLogHeaders& headers);
-/// Takes all three IDs away.
+/// Removes all three IDs.
 YLOG_EXPORT void ClearThreadSpecificLogHeaders();
 /// A copy of the three IDs.
 YLOG_EXPORT std::shared_ptr<ThreadSpecificLogHeaders> GetThreadSpecificLogHeaders();

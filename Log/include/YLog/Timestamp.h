@@ -8,7 +8,7 @@
 
 namespace YLog {
 
-/// The instant of a message: a date and time of day, and beside it the offset from UTC that its text shows.
+/// The instant of a message: a date and time of day, with the offset from UTC that its text shows.
 ///
 /// A value. Threads: like any value.
 class YLOG_EXPORT Timestamp : public YDataType::DateTime {
@@ -16,19 +16,19 @@ class YLOG_EXPORT Timestamp : public YDataType::DateTime {
   /// 1970-01-01 00:00:00.000 without an offset.
   Timestamp() noexcept;
 
-  /// The present instant in local time, with the offset of that instant.
+  /// Sets it to the present instant in local time, with the offset of that instant.
   void SetToNowLocal();
 
   /// "YYYY-MM-DD HH:MM:SS.mmm", and unless the offset is 0, "+HH:MM" east of UTC or "-HH:MM" west of it.
   YBase::ReturnString ToISO8601String() const;
-  /// Appends the same text to `out`, which stays as it was where memory runs out.
+  /// Appends the same text to `out`, which stays as it was if memory runs out.
   void AppendISO8601String(std::string& out) const;
 
-  /// Reads that form at the beginning of `text`, with an offset of up to 14 hours and 59 minutes, whose two
-  /// numbers may have one digit. Returns how many characters were read.
+  /// Reads that form at the beginning of `text`, and returns the number of characters read. The offset may be
+  /// up to 14 hours and 59 minutes, and its two numbers may have one digit.
   ///
-  /// An offset that is begun by "+" or "-" and goes wrong gives 0 and leaves the object unchanged. Where no
-  /// offset follows, the object is overwritten and has no offset, even when nothing was read. Null is read
+  /// If a "+" or "-" begins an offset that is not valid, returns 0 and leaves the object unchanged. If no
+  /// offset follows, the object is overwritten and has no offset, even if nothing was read. Null is treated
   /// as an empty text.
   unsigned FromISO8601String(const char* text);
 

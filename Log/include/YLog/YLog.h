@@ -24,4 +24,4 @@
 #include <YLog/ThreadContext.h>
 #include <YLog/ThreadSpecificLogHeaders.h>
 #include <YLog/Timestamp.h>
-#include <YSynch/ReferenceCountedImpl.h>  // For those who implement one of the interfaces.
+#include <YSynch/ReferenceCountedImpl.h>  // For clients that implement one of the interfaces.

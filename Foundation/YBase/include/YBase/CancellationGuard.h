@@ -4,11 +4,11 @@
 
 namespace YBase {
 
-/// Keeps the calling thread from being cancelled (`pthread_cancel`) as long as the guard exists; a
-/// cancellation that comes meanwhile takes effect later. It is told by an exception that nobody may keep,
-/// which ends the process where it meets a function that must not throw.
+/// Prevents the calling thread from being cancelled (`pthread_cancel`) as long as the guard exists; a
+/// cancellation that is requested meanwhile takes effect later. A cancellation is an exception that must be
+/// thrown again wherever it is caught, and that ends the process at a function that must not throw.
 ///
-/// Threads: belongs to one. Guards may be nested.
+/// Threads: belongs to one thread. Guards may be nested.
 class CancellationGuard {
  public:
   CancellationGuard() noexcept { ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &mPreviousState); }

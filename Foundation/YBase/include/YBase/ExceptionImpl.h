@@ -9,10 +9,10 @@
 
 namespace YBase {
 
-/// A message that can be thrown. It may be caught as what it says (`T`, a `Message` or derived from it) or
-/// as `std::exception`.
+/// A message that can be thrown. It may be caught as `T`, which is `Message` or derived from it, or as
+/// `std::exception`.
 ///
-/// The text of `what()` is UTF-8, and is that of the message as it was constructed.
+/// `what()` returns the text of the message at the time of its construction, in UTF-8.
 template <class T>
 class YBASE_EXPORT ExceptionImpl : public T, public std::exception {
  public:

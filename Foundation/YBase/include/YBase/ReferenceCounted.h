@@ -4,15 +4,15 @@
 
 namespace YBase {
 
-/// An object that lives as long as somebody holds a reference to it.
+/// An object that exists as long as there is a reference to it.
 ///
-/// Ownership: the object deletes itself when its last reference is released; nobody else deletes it, which
-/// is why the destructor cannot be called through an interface. `SmartPtrI` keeps the books.
+/// Ownership: the object deletes itself when its last reference is released. Nothing else deletes it, so the
+/// destructor cannot be called through an interface. `SmartPtrI` adds and releases references.
 ///
 /// Threads: any thread may add or release a reference that it holds.
 ///
-/// Interfaces derive virtually from this class, so that an object has one count whatever number of
-/// interfaces it shows; `YSynch::ReferenceCountedImpl` does the counting.
+/// Interfaces derive virtually from this class, so that an object has one count, however many interfaces it
+/// implements; `YSynch::ReferenceCountedImpl` does the counting.
 class YBASE_EXPORT ReferenceCounted {
  public:
   ReferenceCounted(const ReferenceCounted&) = delete;
@@ -22,12 +22,12 @@ class YBASE_EXPORT ReferenceCounted {
   ReferenceCounted() = default;
   virtual ~ReferenceCounted();
 
-  /// Deletes the object. For implementations, when the last reference is gone.
+  /// Deletes the object. For implementations, when the last reference has been released.
   void Destroy() const;
 
  public:
   virtual void AddRef() const = 0;
-  /// \pre The caller holds a reference. The object may be gone when this returns.
+  /// \pre The caller holds a reference. When this returns, the object may have been deleted.
   virtual void Release() const = 0;
 };
 

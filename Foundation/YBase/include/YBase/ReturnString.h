@@ -4,7 +4,7 @@
 
 namespace YBase {
 
-/// A text handed out by value: the caller owns it. UTF-8 unless an operation says otherwise.
+/// A text returned by value: the caller owns it. UTF-8 unless an operation says otherwise.
 using ReturnString = std::string;
 
 /// The same in wide characters, each a Unicode code point.

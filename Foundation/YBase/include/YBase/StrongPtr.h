@@ -4,7 +4,7 @@
 
 namespace YBase {
 
-/// The one owner of an object.
+/// The only owner of an object.
 template <class T>
 using StrongPtr = std::unique_ptr<T>;
 

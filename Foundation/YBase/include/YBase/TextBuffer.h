@@ -7,16 +7,16 @@
 
 namespace YBase {
 
-/// A text under construction, in storage of its own for the first `InlineCapacity` bytes and on the heap
-/// beyond. Meant for the stack of a function that must not allocate for texts of ordinary length.
+/// A text under construction, with space for `InlineCapacity` bytes in the object itself. A longer text is on
+/// the heap. Meant for the stack of a function that must not allocate for texts of ordinary length.
 ///
-/// Ownership: neither copied nor moved. Threads: belongs to one.
+/// Ownership: neither copied nor moved. Threads: belongs to one thread.
 ///
 /// Failure: `Append` throws `std::bad_alloc` and leaves the text as it was.
 template <std::size_t InlineCapacity>
 class TextBuffer {
  public:
-  // The bytes are written before they are read, so that clearing them first would be wasted.
+  // The bytes are written before they are read, so clearing them first would be a waste.
   TextBuffer() noexcept {}  // NOLINT(modernize-use-equals-default)
   TextBuffer(const TextBuffer&) = delete;
   TextBuffer& operator=(const TextBuffer&) = delete;
@@ -28,7 +28,7 @@ class TextBuffer {
   }
   void Append(char character) { *Extend(1) = character; }
 
-  /// Makes room for `count` more bytes: appending them cannot fail.
+  /// Makes room for `count` more bytes, so that appending them cannot fail.
   void Reserve(std::size_t count) {
     if (count > mCapacity - mSize) Grow(count);
   }
@@ -38,7 +38,7 @@ class TextBuffer {
   bool Empty() const noexcept { return mSize == 0; }
   void Clear() noexcept { mSize = 0; }
 
-  /// The text with a NUL behind it that does not count. Valid until the next change.
+  /// The text, followed by a NUL that is not part of it. Valid until the next change.
   const char* CStr() {
     Append('\0');
     --mSize;

@@ -2,8 +2,8 @@
 
 namespace YBase {
 
-/// Takes a cursor, or what moves several of them, to the next message of the tree: downwards first, then
-/// along the level, then back up. Returns false at the end, when the cursor stands at the root again.
+/// Moves a cursor, or an object that moves several cursors, to the next message of the tree: first down, then
+/// along the level, then back up. Returns false at the end, when the cursor is back at the root.
 ///
 /// `Cursor` has `LowerLevelMessageIsUnvisited`, `GoToLowerLevelMessage`, `GoToSameLevelMessage` and
 /// `GoToParent`, each called without arguments and returning a `bool`.

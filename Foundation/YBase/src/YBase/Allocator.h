@@ -4,7 +4,7 @@
 
 namespace YBase {
 
-/// Where containers that outlive a call take their memory from.
+/// The allocator of containers that outlive a call.
 template <class T>
 using Allocator = std::allocator<T>;
 

@@ -9,40 +9,40 @@
 
 namespace YBase {
 
-/// A place in a tree of messages, and which of the messages on the way to it have been visited. It goes from
-/// message to message, each before those beneath it. `MessageType` is `Message` or `const Message`.
+/// A position in a tree of messages. It moves from message to message, to each before those below it, and
+/// remembers which of them have been visited. `MessageType` is `Message` or `const Message`.
 ///
-/// Several cursors may walk trees in step: one leads, the others follow it with `emptyWhereMissing`. What a
-/// follower's tree lacks is then an empty message, so that trees of different shape are walked like equal
-/// ones, and none is read outside: a `MessageCursor` adds that message to its tree, a `ConstMessageCursor`
-/// only shows one.
+/// Several cursors may visit trees in step: one leads, the others follow it with `emptyWhereMissing`. A
+/// message that the tree of a follower lacks is then replaced by an empty one. So trees of different shapes
+/// are visited alike, and no cursor leaves its tree: a `MessageCursor` adds the empty message to the tree, a
+/// `ConstMessageCursor` only shows one.
 ///
 /// Ownership: a value that refers to the tree, which must outlive it. Texts may be set and messages added
-/// while a cursor stands in the tree; what was added behind its last visited message may be missed.
+/// while a cursor is in the tree; a message that is added after the last visited one may be missed.
 ///
-/// Threads: as the tree.
+/// Threads: as for the tree.
 ///
 /// Failure: `std::bad_alloc`; the cursor stays where it is.
 template <class MessageType>
 class BasicMessageCursor {
  public:
-  /// Stands at `root`, of which nothing beneath has been visited.
+  /// Begins at `root`, with nothing below it visited.
   explicit BasicMessageCursor(MessageType& root);
 
   MessageType& GetCurrentMessage() const noexcept { return *mPath.back().message; }
   /// 0 at the root.
   std::size_t GetLevel() const noexcept { return mPath.size() - 1; }
 
-  /// Whether a message right beneath the current one has not been visited yet.
+  /// Whether a message directly below the current one has not been visited yet.
   bool LowerLevelMessageIsUnvisited() const noexcept;
 
-  /// Goes to the first unvisited message right beneath the current one. Returns false, and stays, where there
-  /// is none and none is to take its place.
+  /// Moves to the first unvisited message directly below the current one. If there is none, and an empty one
+  /// does not replace it, stays and returns false.
   bool GoToLowerLevelMessage(bool emptyWhereMissing = false) { return Descend(emptyWhereMissing); }
-  /// Goes on along a level that `GoToParent` has just left: to the message behind the one it came from.
-  /// Returns false, and stays, where there is none and none is to take its place.
+  /// Moves to the next message of the level that `GoToParent` has just left. If there is none, and an empty
+  /// one does not replace it, stays and returns false.
   bool GoToSameLevelMessage(bool emptyWhereMissing = false) { return Descend(emptyWhereMissing); }
-  /// Returns false, and stays, at the root.
+  /// Moves to the parent. At the root, stays and returns false.
   bool GoToParent() noexcept;
 
  private:
@@ -57,7 +57,8 @@ class BasicMessageCursor {
   bool Descend(bool emptyWhereMissing);
   static MessageType& ReplaceMissing(MessageType& parent);
 
-  // From the root to the current message; never empty. Not recursion, so that no depth overflows a stack.
+  // From the root to the current message; never empty. A list instead of recursion, so that a deep tree
+  // cannot overflow the stack.
   std::vector<Step> mPath;
 };
 

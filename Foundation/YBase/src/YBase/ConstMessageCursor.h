@@ -4,7 +4,7 @@
 
 namespace YBase {
 
-/// Walks a tree that stays as it is.
+/// Visits a tree that does not change.
 using ConstMessageCursor = BasicMessageCursor<const Message>;
 
 }  // namespace YBase

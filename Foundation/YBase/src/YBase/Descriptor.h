@@ -6,7 +6,7 @@ namespace YBase {
 
 /// Owns an open file descriptor, or none.
 ///
-/// Threads: belongs to one at a time.
+/// Threads: belongs to one thread at a time.
 class Descriptor {
  public:
   constexpr Descriptor() noexcept = default;

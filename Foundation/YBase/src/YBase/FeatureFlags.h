@@ -2,10 +2,11 @@
 
 namespace YBase {
 
-/// Whether the host has switched the feature of that name on; until it does, a feature is off. Names are
+/// Whether the host has switched on the feature with that name; at first every feature is off. Names are
 /// compared exactly.
 ///
-/// Threads: any, while others set flags. Takes no lock and no memory, so it may be asked for every message.
+/// Threads: any, even while others set flags. Takes no lock and no memory, so it may be called for every
+/// message.
 ///
 /// Failure: throws `ExceptionImpl<Message>` for a name that is null.
 bool IsFeatureEnabled(const wchar_t* name);

@@ -4,7 +4,7 @@
 
 namespace YBase {
 
-/// Walks a tree that may be changed, and adds to it what it lacks where that is asked for.
+/// Visits a tree that may be changed, and can add the messages that it lacks.
 using MessageCursor = BasicMessageCursor<Message>;
 
 }  // namespace YBase

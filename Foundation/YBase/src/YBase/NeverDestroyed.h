@@ -5,7 +5,7 @@
 namespace YBase {
 
 /// An object in static storage whose destructor never runs, because threads may use it while the process
-/// ends. Declared `constinit`, it is there before any code has run, and no thread can find it half made.
+/// ends. Declared `constinit`, it exists before any code runs, and no thread can find it half constructed.
 template <class T>
 class NeverDestroyed {
  public:

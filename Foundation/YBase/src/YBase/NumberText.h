@@ -14,15 +14,16 @@ ReturnString ToDecimalString(long long value);
 std::string_view ToHexText(char (&storage)[16], unsigned long long value, int minimumDigits) noexcept;
 
 /// Reads a decimal number: leading blanks are skipped, one sign is allowed, and digits are read up to the
-/// first other character. A number past the limits of `int` gives the limit; nothing readable gives 0.
-/// Null is read as an empty text.
+/// first other character. A number beyond the limits of `int` becomes the nearest limit; without digits the
+/// result is 0. Null is treated as an empty text.
 int DecimalToInt(const char* text) noexcept;
 
-/// Reads a hexadecimal number without prefix, in digits of either case, up to the first other character.
-/// A number past 0xFFFFFFFF gives 0xFFFFFFFF; nothing readable gives 0. Null is read as an empty text.
+/// Reads a hexadecimal number without prefix, in digits of either case, up to the first other character. A
+/// number above 0xFFFFFFFF becomes 0xFFFFFFFF; without digits the result is 0. Null is treated as an empty
+/// text.
 ///
-/// Failure: with `throwOnError`, a text that is not wholly such a number, or too large, throws
-/// `ExceptionImpl<Message>`; without, nothing is thrown.
+/// Failure: with `throwOnError`, a text that is anything but such a number, or a number that is too large,
+/// throws `ExceptionImpl<Message>`; otherwise nothing is thrown.
 unsigned HexToUnsignedInt(const char* text, bool throwOnError);
 
 }  // namespace YBase

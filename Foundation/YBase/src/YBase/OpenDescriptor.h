@@ -4,9 +4,10 @@
 
 namespace YBase {
 
-/// The system's `open`, but never standard input, output or error of a host that has closed these.
+/// The system's `open`, except that the descriptor never becomes the standard input, output or error of a
+/// host that has closed these.
 ///
-/// Failure: as the system's: -1 is returned, and `errno` says why.
+/// Failure: like the system's: returns -1 and sets `errno`.
 int OpenDescriptor(const char* path, int flags, mode_t mode = 0) noexcept;
 
 }  // namespace YBase

@@ -2,14 +2,14 @@
 
 namespace YBase {
 
-/// Turns a signal that a call raises beside its error, such as `SIGPIPE` and `SIGXFSZ` from `write`, into the
-/// error alone: the calling thread blocks it as long as the guard exists, and what was raised meanwhile is
-/// taken away at the end.
+/// Suppresses a signal that a call raises in addition to its error, such as `SIGPIPE` and `SIGXFSZ` from
+/// `write`. The calling thread blocks the signal as long as the guard exists, and at the end discards one
+/// that was raised meanwhile.
 ///
-/// The host notices nothing: its handler is not called, and a signal that it had blocked, or that was pending
-/// before, stays so. `errno` is left as it is.
+/// The host does not notice: its handler is not called, and if the signal was blocked or pending before, it
+/// remains so. `errno` is left as it is.
 ///
-/// Threads: belongs to one. Guards may be nested.
+/// Threads: belongs to one thread. Guards may be nested.
 class SignalGuard {
  public:
   explicit SignalGuard(int signalNumber) noexcept;

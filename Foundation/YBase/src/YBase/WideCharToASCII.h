@@ -4,9 +4,9 @@
 
 namespace YBase {
 
-/// ASCII from wide characters. Null is the empty text.
+/// Converts wide characters to ASCII. Null is the empty text.
 ///
-/// Failure: a character past U+007F throws `ExceptionImpl<Message>`.
+/// Failure: a character above U+007F throws `ExceptionImpl<Message>`.
 ReturnString WideCharToASCII(const wchar_t* text);
 
 }  // namespace YBase

@@ -14,11 +14,11 @@ struct CivilTime;
 /// A value. Threads: like any value.
 class YDATATYPE_EXPORT DateTime {
  public:
-  /// `seconds` after 1970-01-01 00:00:00.000, to the nearest millisecond, without an offset. What lies
-  /// outside the years 1 to 9999 gives the nearest limit; what is no number gives 0.
+  /// `seconds` after 1970-01-01 00:00:00.000, to the nearest millisecond, without an offset. An instant
+  /// outside the years 1 to 9999 becomes the nearest limit; NaN counts as 0.
   explicit DateTime(double seconds) noexcept;
 
-  /// The present instant in local time, with the offset of just that instant in the process's zone.
+  /// The present instant in local time, with the offset that the process's time zone has at that instant.
   static DateTime Now();
   /// The present instant in UTC.
   static DateTime NowUTC() noexcept;
@@ -31,26 +31,27 @@ class YDATATYPE_EXPORT DateTime {
   int GetSecond() const noexcept { return mSecond; }            ///< 0 to 59; a leap second shows as 59.
   int GetMillisecond() const noexcept { return mMillisecond; }  ///< 0 to 999.
 
-  /// The two parts of the offset in minutes, positive east of UTC: that of the zone, and what daylight
-  /// saving adds. Only their sum is the offset.
+  /// The two parts of the offset in minutes, positive east of UTC: that of the zone, and what daylight saving
+  /// adds. The offset is their sum.
   short GetStandardOffset() const noexcept { return mStandardOffset; }
   short GetDaylightSavingOffset() const noexcept { return mDaylightSavingOffset; }
 
-  /// The form "YYYY-MM-DD HH:MM:SS.mmm", the year with at least four digits. The offset is not shown.
+  /// The text "YYYY-MM-DD HH:MM:SS.mmm", the year with at least four digits. The offset is not shown.
   YBase::ReturnString ToString() const;
 
-  /// Reads the form of `ToString` at the beginning of `text`: a year of four to nine digits, two digits for
-  /// each of month, day, hour, minute and second, three for the milliseconds, a date that exists and an hour
-  /// up to 23. What is read has no offset.
+  /// Reads the form of `ToString` at the beginning of `text`: a year of four to nine digits, two digits each
+  /// for month, day, hour, minute and second, and three for the milliseconds. The date must exist, and the
+  /// hour may be up to 23. What is read has no offset.
   ///
-  /// Returns how many characters were read; 0, and the object unchanged, where `text` begins otherwise or is
-  /// null.
+  /// Returns the number of characters read. If `text` begins otherwise or is null, returns 0 and leaves the
+  /// object unchanged.
   unsigned FromString(const char* text) noexcept;
 
-  /// The time from `earlier` to `later`, as instants in UTC; what 64 bits cannot hold stays near the limit.
+  /// The time from `earlier` to `later`, as instants in UTC. If 64 bits cannot hold it, the result is near
+  /// the limit.
   friend YDATATYPE_EXPORT TimeSpan operator-(const DateTime& later, const DateTime& earlier) noexcept;
 
-  /// Equal in all that is shown, the offset's parts included.
+  /// Equal in everything that the getters return, including both parts of the offset.
   friend bool operator==(const DateTime&, const DateTime&) noexcept = default;
 
  private:

@@ -21,7 +21,7 @@ class ObjectCollection {
 
   unsigned GetCount() const noexcept { return static_cast<unsigned>(mObjects.size()); }
 
-  /// \pre `index` is below the count; past it, debug builds refuse and others return null.
+  /// \pre `index` is less than the count. Otherwise debug builds refuse the call, and others return null.
   YBase::SmartPtrI<T> GetItem(unsigned index) const {
     assert(index < mObjects.size());
     return index < mObjects.size() ? mObjects[index] : nullptr;

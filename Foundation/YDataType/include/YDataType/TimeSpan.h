@@ -4,7 +4,7 @@
 
 namespace YDataType {
 
-/// The time between two instants, in milliseconds; negative when the second is the earlier.
+/// The time between two instants, in milliseconds; negative if the second is the earlier.
 ///
 /// A value. Threads: like any value.
 class YDATATYPE_EXPORT TimeSpan {
@@ -13,7 +13,7 @@ class YDATATYPE_EXPORT TimeSpan {
 
   constexpr long long GetTotalMilliseconds() const noexcept { return mMilliseconds; }
 
-  /// Whole seconds, the rest dropped; a span that 32 bits cannot hold gives the nearest limit.
+  /// Whole seconds, without the remainder; if 32 bits cannot hold them, the nearest limit.
   int GetTotalSeconds() const noexcept;
 
   friend constexpr bool operator==(TimeSpan, TimeSpan) noexcept = default;

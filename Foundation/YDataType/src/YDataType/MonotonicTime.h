@@ -4,7 +4,7 @@
 
 namespace YDataType {
 
-/// The time since some moment in the past. It never goes back, whoever sets the wall clock.
+/// The time since some moment in the past. It never goes back, even if the wall clock is set.
 ///
 /// Threads: any.
 std::chrono::nanoseconds GetMonotonicTime() noexcept;

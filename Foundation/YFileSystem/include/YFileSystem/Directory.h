@@ -4,8 +4,8 @@
 
 namespace YFileSystem::Directory {
 
-/// Creates a directory, with all its missing parents where `withParents` is true. One that is there already
-/// is left as it is.
+/// Creates a directory and, if `withParents` is true, all its missing parents. An existing directory is left
+/// as it is.
 ///
 /// Failure: throws `YBase::ExceptionImpl<YBase::Message>` naming the path and the system's reason.
 YFILESYSTEM_EXPORT void Create(const wchar_t* path, bool withParents);

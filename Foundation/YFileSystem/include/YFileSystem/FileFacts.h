@@ -4,7 +4,7 @@
 
 namespace YFileSystem {
 
-/// What tells one file from every other, whatever names it has.
+/// Distinguishes a file from every other, whatever names it has.
 struct FileIdentity {
   std::uint64_t mDevice = 0;
   std::uint64_t mNumber = 0;
@@ -12,7 +12,7 @@ struct FileIdentity {
   bool operator==(const FileIdentity&) const = default;
 };
 
-/// What one question to the file system answers.
+/// What one query of the file system returns.
 struct FileFacts {
   enum class Type { REGULAR, DIRECTORY, OTHER };
 

@@ -10,10 +10,10 @@ namespace YFileSystem {
 
 /// An open file that is written at its end, and that several processes may share.
 ///
-/// Threads: its user serialises all calls. Its write lock keeps other processes and other open instances of
-/// the same file away; it is held by the instance, not by a thread.
+/// Threads: the user of the object serialises all calls. The write lock excludes other processes, and other
+/// open instances of the same file; it is held by the instance, not by a thread.
 ///
-/// Fork: a child does not share the parent's descriptor or its lock: it opens the file anew when it first
+/// Fork: a child does not share the parent's descriptor or its lock. It opens the file again when it first
 /// needs it.
 ///
 /// Failure: operations throw `YBase::ExceptionImpl<YBase::Message>` naming the path and the system's reason.
@@ -21,13 +21,14 @@ class YSYNCH_CAPABILITY("write lock") WriteableFile : public virtual YBase::Refe
  public:
   class WriteSmartLock;
 
-  /// Writes the text at the end, all or nothing: what the file system cuts short is taken back to `size`.
+  /// Writes the text at the end, all or nothing: if the file system cuts the write short, the file is
+  /// truncated to `size` again.
   ///
   /// \pre `size` is the present size of the file; the write lock is held.
   virtual void Append(std::uint64_t size, std::string_view text) YSYNCH_REQUIRES(this) = 0;
 
  private:
-  /// Waits without a bound.
+  /// Waits without a time limit.
   virtual void LockForWriting() YSYNCH_ACQUIRE(this) = 0;
   virtual void UnlockForWriting() noexcept YSYNCH_RELEASE(this) = 0;
 };

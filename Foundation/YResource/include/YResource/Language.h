@@ -8,27 +8,28 @@
 
 namespace YResource {
 
-/// The language of a locale, named as in "de-AT", "de_AT" or "de_AT.UTF-8@euro": that of its nearest parent
-/// where it has no identifier of its own, and 0 for "C", "POSIX", null and what is unknown.
+/// The language of a locale with a name such as "de-AT", "de_AT" or "de_AT.UTF-8@euro". If the locale has no
+/// identifier, that of its nearest parent; 0 for "C", "POSIX", null and unknown names.
 ///
 /// Threads: any. Calls ICU: for the start of a program, not for each message.
 YRESOURCE_EXPORT unsigned short GetLanguageID(const char* locale);
 
-/// The name of a language's locale, as in "de-AT"; empty where there is none, and for the neutral one.
+/// The name of a language's locale, such as "de-AT"; empty if there is none, and for the neutral language.
 ///
 /// Threads: any. Calls ICU.
 YRESOURCE_EXPORT YBase::ReturnString GetLocaleName(unsigned short language);
 
-/// The language in which this process looks up texts: what was set, else that of the environment, which is
-/// read once: `LC_ALL`, `LC_MESSAGES` or `LANG`, the first of them that is not empty.
+/// The language in which this process looks up texts: the one that was set, otherwise that of the
+/// environment. The environment is read once: the first of `LC_ALL`, `LC_MESSAGES` and `LANG` that is not
+/// empty.
 ///
-/// Threads: any. The first call, or the making of the first bundle, reads the environment and calls ICU, and
-/// must not run while another thread changes the environment; all later calls are one load.
+/// Threads: any. The first call, or the creation of the first bundle, reads the environment and calls ICU,
+/// and must not run while another thread changes the environment. All later calls are one load.
 YRESOURCE_EXPORT unsigned short GetProcessLanguageID();
 
-/// For a host that knows better than the environment.
+/// Sets the language, for a host that does not want that of the environment.
 ///
-/// Threads: any. Lookups that are under way may still use the old one.
+/// Threads: any. Lookups that are in progress may still use the old one.
 YRESOURCE_EXPORT void SetProcessLanguageID(unsigned short language) noexcept;
 
 }  // namespace YResource

@@ -9,18 +9,18 @@ namespace YResource {
 
 /// A catalogue that is filled in memory.
 ///
-/// A lookup takes the text in the language, else in its parents ("de-AT", then "de"), else the neutral one,
-/// else the default; where that is null or empty, too, the domain and the ID ("12/345"), so that no record is
-/// empty.
+/// A lookup returns the text in the language, otherwise that in the nearest of its parents ("de-AT", then
+/// "de"), otherwise the neutral text, otherwise the default. If the default is null or empty, it returns the
+/// domain and the ID ("12/345"), so that no record is empty.
 ///
-/// Threads: any, also while others look up.
+/// Threads: any, even during lookups.
 ///
 /// Failure: `std::bad_alloc`; the catalogue stays as it was.
 class YRESOURCE_EXPORT MemoryBundle : public virtual Bundle {
  public:
   virtual unsigned GetDomain() const = 0;
 
-  /// Sets the text under an ID in a language, UTF-8. Null or an empty text takes it away.
+  /// Sets the text with an ID in a language, in UTF-8. Null or an empty text removes it.
   virtual void SetText(unsigned id, unsigned short language, const char* text) = 0;
 
  protected:

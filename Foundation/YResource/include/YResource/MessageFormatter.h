@@ -13,31 +13,31 @@ namespace YResource {
 
 class MessageFormatter;
 
-/// Changes how the integers inserted behind it are shown, until the next one.
+/// Changes how the integers inserted after it are shown, up to the next one.
 using MessageManipulator = MessageFormatter& (*)(MessageFormatter&);
 
-/// Values for which there is an operator outside the class, of a client's.
+/// Values for which a client has an operator of its own, outside the class.
 template <class Value>
 concept HasOperatorOfItsOwn = requires(MessageFormatter& formatter, Value value) {
   operator<<(formatter, value);
 };
 
-/// A finished text, on the heap only when it is long.
+/// A finished text, on the heap only if it is long.
 using FormattedText = YBase::TextBuffer<1024>;
 
 /// Collects the arguments of a message and fills them into a template.
 ///
 /// Arguments become text as they are inserted: a char is a character, a bool is "true" or "false", a
-/// floating-point number is the shortest text that reads back the same, a pointer is its address as
-/// `MessageFormat::WideHex` shows it, a null text is empty. Wide texts are turned into UTF-8. A scoped
-/// enumeration is its number, also one of char or bool; an unscoped one is what it converts to. A client's
-/// own operator for an enumeration takes precedence.
+/// floating-point number is the shortest text that reads back as the same number, a pointer is its address as
+/// `MessageFormat::WideHex` shows it, a null text is empty. Wide texts are converted to UTF-8. A scoped
+/// enumeration is its number, even if its underlying type is char or bool; an unscoped one is what it
+/// converts to. A client's own operator for an enumeration takes precedence.
 ///
-/// Ownership: the texts are copied into storage of the formatter's own, on the heap only when they are long.
+/// Ownership: the formatter has copies of the texts, on the heap only if they are long.
 ///
-/// Threads: belongs to one.
+/// Threads: belongs to one thread.
 ///
-/// Failure: inserting and formatting throw `std::bad_alloc`; the arguments inserted before then stay.
+/// Failure: inserting and formatting throw `std::bad_alloc`; the arguments inserted before stay.
 class YRESOURCE_EXPORT MessageFormatter {
  public:
   enum class IntegerForm : unsigned char { DECIMAL, HEX, WIDE_HEX };
@@ -86,12 +86,12 @@ class YRESOURCE_EXPORT MessageFormatter {
 
   void SetIntegerForm(IntegerForm form) noexcept { mIntegerForm = form; }
 
-  /// Fills the arguments into the template and forgets them: the first stands for `%1`. A place without an
-  /// argument stays as written, and so do `%0` and a percent sign that begins nothing. How integers are
-  /// shown stays as it is.
+  /// Fills the arguments into the template, the first for `%1`, and removes them. A placeholder without an
+  /// argument stays as it is, and so do `%0` and a percent sign that begins no placeholder. The form of
+  /// integers does not change.
   YBase::ReturnString Format(const MessageTemplate& messageTemplate);
 
-  /// The same for a template's text, behind what `text` holds.
+  /// The same for the text of a template; the result is appended to `text`.
   void Format(std::string_view messageTemplate, FormattedText& text);
 
  private:
@@ -99,7 +99,7 @@ class YRESOURCE_EXPORT MessageFormatter {
   MessageFormatter& AddWideHex(unsigned long long value);
   MessageFormatter& AddArgument(std::string_view text);
 
-  // Each argument is its length, as the bytes of a size, and its text.
+  // Each argument is stored as its length, in the bytes of a size, and its text.
   YBase::TextBuffer<256> mArguments;
   IntegerForm mIntegerForm = IntegerForm::DECIMAL;
 };

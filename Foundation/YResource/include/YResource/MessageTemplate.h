@@ -8,7 +8,8 @@
 
 namespace YResource {
 
-/// A text with places for arguments: `%1` to `%N`, each with all its digits; `%%` is a percent sign. UTF-8.
+/// A text in UTF-8 with placeholders for arguments: `%1` to `%N`, where all digits are part of the number;
+/// `%%` is a percent sign.
 ///
 /// A value that owns its text.
 class YRESOURCE_EXPORT MessageTemplate {
@@ -22,7 +23,7 @@ class YRESOURCE_EXPORT MessageTemplate {
   std::string mText;
 };
 
-/// A template of the given text, which is copied. Null is the empty text.
+/// A template made of the text, which is copied. Null is the empty text.
 YRESOURCE_EXPORT MessageTemplate GetMessageTemplate(const char* text);
 
 }  // namespace YResource

@@ -15,15 +15,15 @@ class AtomicLong {
   /// Relaxed: a snapshot, for assertions and tests.
   long Get() const noexcept { return mValue.load(std::memory_order_relaxed); }
 
-  /// Relaxed: who adds a reference already holds one, so nothing has to be made visible by it.
+  /// Relaxed: a thread that adds a reference already holds one, so this need not make anything visible.
   long Increment() noexcept { return mValue.fetch_add(1, std::memory_order_relaxed) + 1; }
 
-  /// Release, so that what this thread did to the object is done before another destroys it; acquire, so
-  /// that the destroyer sees what all others did.
+  /// Release, so that what this thread did to the object is complete before another destroys it; acquire, so
+  /// that the thread that destroys it sees what all others did.
   long Decrement() noexcept { return mValue.fetch_sub(1, std::memory_order_acq_rel) - 1; }
 
-  /// Adds 1 unless the value is 0 or less, and tells whether it did. Relaxed, as `Increment`: success means
-  /// that somebody else holds a reference.
+  /// Adds 1 unless the value is 0 or less, and returns whether it did. Relaxed, like `Increment`: success
+  /// means that there is another reference.
   bool IncrementIfPositive() noexcept {
     long value = mValue.load(std::memory_order_relaxed);
     while (value > 0) {

@@ -8,15 +8,15 @@ namespace YSynch {
 
 /// A lock that no child of a fork inherits in a locked state.
 ///
-/// All of them stand in one list of the process. Before a fork the forking thread takes every one of them,
-/// in whatever order they come free, so that nothing they guard is half changed in the child; after it they
-/// are given back on both sides.
+/// All such locks of the process are in one list. Before a fork, the forking thread takes each of them, in
+/// whatever order they become free, so that nothing that they guard is half changed in the child. After the
+/// fork, both processes release them.
 ///
-/// Ownership: in the list from `Join` to `Leave`; nobody owns it. The stacks of the parent's other threads
-/// are used again in the child, so a lock belongs on the heap or in static storage.
+/// Ownership: the lock is in the list from `Join` to `Leave`; the list does not own it. The stacks of the
+/// parent's other threads are reused in the child, so a lock must be on the heap or in static storage.
 ///
-/// Threads: while a thread waits for a fork to finish, or to let go of a lock it is about to destroy, it may
-/// hold other locks: the fork lets those pass first.
+/// Threads: a thread may hold other locks while it waits for a fork to finish, or for a fork that is using a
+/// lock which the thread is about to destroy: the fork waits for those locks, and holds none meanwhile.
 class YSYNCH_EXPORT ForkSafeLock {
  public:
   ForkSafeLock(const ForkSafeLock&) = delete;
@@ -26,8 +26,8 @@ class YSYNCH_EXPORT ForkSafeLock {
   constexpr ForkSafeLock() noexcept = default;
   virtual ~ForkSafeLock();
 
-  /// A fork may take the lock from now on. To be called before the lock is first taken; later calls do
-  /// nothing.
+  /// A fork may take the lock from now on. To be called before the lock is taken for the first time; later
+  /// calls do nothing.
   void Join() noexcept {
     // Relaxed: a thread that still finds it false asks again under the lock of the list.
     if (!mbJoined.load(std::memory_order_relaxed)) JoinList();
@@ -43,7 +43,8 @@ class YSYNCH_EXPORT ForkSafeLock {
   virtual bool TryLockForFork() noexcept = 0;
   virtual void LockForFork() noexcept = 0;
   virtual void UnlockAfterFork() noexcept = 0;
-  /// As `UnlockAfterFork`, in a child, where the kernel knows the thread that took the lock by a new number.
+  /// As `UnlockAfterFork`, but in a child, where the thread that took the lock has a new number in the
+  /// kernel.
   virtual void UnlockInChild() noexcept { UnlockAfterFork(); }
 
   void JoinList() noexcept;

@@ -11,10 +11,10 @@ namespace YSynch {
 
 /// A lock that several threads may hold for reading, or one for writing.
 ///
-/// Not re-entrant in either way. A waiting writer goes before readers that come later, so that a stream of
-/// readers cannot keep it out.
+/// Not re-entrant in either way. A waiting writer precedes readers that arrive later, so that a stream of
+/// readers cannot keep it waiting.
 ///
-/// Threads: any. A fork waits until no thread holds it; the child finds it free.
+/// Threads: any. A fork waits until no thread holds it; in the child it is free.
 /// \pre The thread that forks does not itself hold it: it would wait for itself.
 class YSYNCH_EXPORT YSYNCH_CAPABILITY("read-write lock") RWLock final : private ForkSafeLock {
  public:
@@ -35,7 +35,7 @@ class YSYNCH_EXPORT YSYNCH_CAPABILITY("read-write lock") RWLock final : private 
   void UnlockAfterFork() noexcept override;
   void UnlockInChild() noexcept override;
 
-  // For a look with a debugger.
+  // For inspection in a debugger.
   [[maybe_unused]] const EnumORBLockStackCategory mCategory;
   pthread_rwlock_t mLock;
 };

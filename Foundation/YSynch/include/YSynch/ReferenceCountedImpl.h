@@ -10,8 +10,8 @@ namespace YSynch {
 
 /// The counting half of a counted object: implementations derive from it and from their interface.
 ///
-/// Ownership: the count starts at 0, so that the first holder makes it 1; the object deletes itself when
-/// the count comes back to 0, after a call of `ReferenceCountIsAboutToReachZero`.
+/// Ownership: the count begins at 0, so that the first holder makes it 1. When it is 0 again, the object
+/// calls `ReferenceCountIsAboutToReachZero` and then deletes itself.
 ///
 /// Threads: any thread may add or release a reference that it holds. `Counter` is `AtomicLong` or has its
 /// operations.
@@ -22,26 +22,26 @@ class ReferenceCountedImpl : public virtual YBase::ReferenceCounted {
 
   void Release() const override {
     if (mCount.Decrement() != 0) return;
-    // Far below 0, so that references that come and go during the last call neither reach 0 a second time
-    // nor let TryAddRef succeed.
+    // Far below 0, so that references that are added and released during the last call neither reach 0 a
+    // second time nor let TryAddRef succeed.
     mCount.Set(DYING);
     ReferenceCountIsAboutToReachZero();
     assert(mCount.Get() == DYING && "a dying object was made reachable again");
     Destroy();
   }
 
-  /// Adds a reference unless the count has already come back to 0, and tells whether it did. For those
-  /// who hold a plain pointer to an object that may be on its way out, and know that its memory is still
-  /// there.
+  /// Adds a reference unless the count has returned to 0, and returns whether it did. For a caller that has a
+  /// plain pointer to an object that may be about to delete itself, and knows that its memory has not been
+  /// freed.
   bool TryAddRef() const noexcept { return mCount.IncrementIfPositive(); }
 
  protected:
   ReferenceCountedImpl() = default;
   ~ReferenceCountedImpl() override = default;
 
-  /// Called once, by the thread that released the last reference, before the object is destroyed: the
-  /// place to detach from those who know it by plain pointer. It must not make the object reachable again,
-  /// which debug builds refuse.
+  /// Called once, by the thread that released the last reference, before the object is destroyed. This is the
+  /// place to unregister the object from others that refer to it by plain pointer. The object must not be
+  /// made reachable again, which debug builds refuse.
   virtual void ReferenceCountIsAboutToReachZero() const {}
 
  private:

@@ -1,7 +1,7 @@
 #pragma once
 
-// Lets clang check at compile time which lock guards what (-Wthread-safety). Macros, because attributes
-// that take the guarded member as an argument cannot be written as anything else.
+// Lets clang check at compile time which lock guards what (-Wthread-safety). These are macros because
+// attributes that take the guarded member as an argument cannot be written in any other way.
 
 #if defined(__clang__)
 #define YSYNCH_ATTRIBUTE(x) __attribute__((x))

@@ -15,8 +15,8 @@ class YSYNCH_EXPORT ThreadContext {
   virtual ~ThreadContext();
 
  public:
-  /// Destroys and frees the object. Called when its thread ends, or when the storage goes, by whichever
-  /// thread lets it go.
+  /// Destroys and frees the object. Called when its thread ends, or when the storage is destroyed, by the
+  /// thread that does that.
   ///
   /// Failure: none; an exception ends the process.
   virtual void Delete() = 0;

@@ -14,11 +14,12 @@ namespace YSynch {
 
 class HeldLocks;
 
-/// A lock that the thread that holds it may take again; it is free when it was given back as often.
+/// A lock that the thread that holds it may take again. It is free when it has been released as often as it
+/// was taken.
 ///
-/// Threads: any. A fork waits until no other thread holds it; the child finds it as the forking thread
+/// Threads: any. A fork waits until no other thread holds it; the child inherits it as the forking thread
 /// left it.
-/// \pre A thread forks while holding one only where no other thread forks: the two would wait for each other.
+/// \pre A thread forks while holding one only if no other thread forks: the two would wait for each other.
 class YSYNCH_EXPORT YSYNCH_CAPABILITY("critical section") CriticalSection final : private ForkSafeLock {
  public:
   class SmartLock;
@@ -27,7 +28,7 @@ class YSYNCH_EXPORT YSYNCH_CAPABILITY("critical section") CriticalSection final 
   constexpr explicit CriticalSection(EnumORBLockStackCategory category) noexcept : mCategory(category) {}
   ~CriticalSection() override;
 
-  /// Waits without a bound.
+  /// Waits without a time limit.
   void Lock() noexcept YSYNCH_ACQUIRE();
   /// \pre The calling thread holds it.
   void Unlock() noexcept YSYNCH_RELEASE();
@@ -38,11 +39,11 @@ class YSYNCH_EXPORT YSYNCH_CAPABILITY("critical section") CriticalSection final 
   void LockForFork() noexcept override;
   void UnlockAfterFork() noexcept override;
 
-  // For a look with a debugger.
+  // For inspection in a debugger.
   [[maybe_unused]] const EnumORBLockStackCategory mCategory;
   pthread_mutex_t mMutex = PTHREAD_MUTEX_INITIALIZER;
-  // Identifies the thread that holds it. Relaxed: a thread only ever asks whether it is itself the owner, and
-  // only it can have written that.
+  // Identifies the thread that holds it. Relaxed: a thread only asks whether it is itself the owner, and only
+  // that thread can have written the answer.
   std::atomic<const HeldLocks*> mpOwner{nullptr};
   unsigned mDepth = 0;
 };

@@ -2,18 +2,18 @@
 
 namespace YSynch {
 
-/// Something that must be told of a fork: what holds the process's number, or a descriptor that a child
-/// must not share.
+/// An object that must be notified of forks, because it holds the process's number, or a descriptor that a
+/// child must not share.
 ///
-/// Ownership: told of forks from `Join` to `Leave`; nobody owns it. The stacks of the parent's other threads
-/// are used again in the child, so a participant belongs on the heap or in static storage.
+/// Ownership: it is notified from `Join` to `Leave`; the library does not own it. The stacks of the parent's
+/// other threads are reused in the child, so a participant must be on the heap or in static storage.
 ///
-/// Threads: the calls come from the forking thread, and never for two forks at once. `BeforeFork` comes
-/// before the locks of the library are taken, and may take any that is not held while this participant
-/// leaves. What it takes and keeps over the fork must not be awaited by a thread that holds such a lock,
-/// because the fork waits for that thread. One of the other two calls follows, unless the participant has
-/// left in between; they come while all locks are held, and must not take, create or destroy one. In the
-/// child nothing may be allocated.
+/// Threads: the operations are called by the forking thread, and never for two forks at once. `BeforeFork` is
+/// called before the locks of the library are taken, and may take any that is not held while this participant
+/// leaves. If it takes anything that it keeps during the fork, no thread may wait for that while it holds
+/// such a lock, because the fork waits for that thread. One of the other two operations is called later,
+/// unless the participant has left in between. They are called while all locks are held, and must not take,
+/// create or destroy one. In the child nothing may be allocated.
 class ForkParticipant {
  public:
   ForkParticipant(const ForkParticipant&) = delete;
@@ -23,9 +23,11 @@ class ForkParticipant {
   constexpr ForkParticipant() noexcept = default;
   virtual ~ForkParticipant();
 
-  /// Calls may come from now on. The last thing that the constructor of the final class does, or later.
+  /// The operations may be called from now on. Called at the end of the constructor of the final class, or
+  /// later.
   void Join() noexcept;
-  /// The first thing that the destructor of the final class does. Waits for a call that is under way.
+  /// Called at the beginning of the destructor of the final class. Waits for a notification that is in
+  /// progress.
   void Leave() noexcept;
 
  private:

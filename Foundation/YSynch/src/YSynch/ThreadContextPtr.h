@@ -4,7 +4,7 @@
 
 namespace YSynch {
 
-/// The calling thread's context in a storage, made when the thread first asks for it.
+/// The calling thread's context in a storage, made at the thread's first request.
 ///
 /// Ownership: refers to the storage, which must outlive it and owns the contexts. No other kind of context
 /// may be put into that storage.
@@ -21,7 +21,7 @@ class ThreadContextPtr {
     return Create();
   }
 
-  /// The calling thread's context, or null where it has none yet.
+  /// The calling thread's context, or null if it has none yet.
   Implementation* GetIfPresent() const noexcept { return static_cast<Implementation*>(mStorage.GetValue()); }
 
  private:

@@ -27,15 +27,15 @@ YSYNCH_EXPORT void DeregisterThreadSpecificLogHeadersGetter() noexcept;
 YSYNCH_EXPORT void DeregisterThreadSpecificLogHeadersSetter() noexcept;
 YSYNCH_EXPORT void DeregisterThreadSpecificLogHeadersUnsetter() noexcept;
 
-/// The calling thread's headers; null where nothing is registered.
+/// The calling thread's headers; null if nothing is registered.
 ///
 /// Reentrancy: the registered functions are called with no lock held.
 YSYNCH_EXPORT std::shared_ptr<YLog::ThreadSpecificLogHeaders> GetThreadSpecificLogHeaders();
 
-/// Gives the calling thread these headers. Does nothing where nothing is registered.
+/// Sets the calling thread's headers. Does nothing if nothing is registered.
 YSYNCH_EXPORT void SetThreadSpecificLogHeaders(YLog::ThreadSpecificLogHeaders* headers);
 
-/// Takes the calling thread's headers away. Does nothing where nothing is registered.
+/// Removes the calling thread's headers. Does nothing if nothing is registered.
 YSYNCH_EXPORT void UnsetThreadSpecificLogHeaders();
 
 }  // namespace YSynch
