@@ -1,9 +1,10 @@
 // A backup server whose operators read different languages. Failures are shown in German in one file, in
-// Brazilian Portuguese in another, and in English on standard error; all else is in German, its own language.
+// Brazilian Portuguese in another, and in English on standard error; everything else is in German, the
+// server's own language.
 //
 //     localized_server examples/localized_server /var/log/backup
 //
-// The first folder holds the texts, as message catalogues. The second is where the log files go.
+// The first folder contains the message catalogues, the second receives the log files.
 
 #include <exception>
 #include <filesystem>
@@ -114,7 +115,7 @@ class Server {
   const YBase::SmartPtrI<YLog::Router> mpTrace = CreateRouter("Trace");
 };
 
-/// What a client of the server does with a refusal. It is a `std::exception` as well.
+/// What a client of the server does with a refusal, which is a `std::exception` as well.
 void AskForBackup(Server& server, const char* user) {
   try {
     server.BackUp(user);

@@ -85,7 +85,7 @@ void LogFromThreads(const Options& options, const Lines& lines, unsigned long pr
   }
 }
 
-/// Leaves without the exit handlers and open streams that the child shares with its parent.
+/// Exits without the exit handlers and open streams that the child has inherited from its parent.
 [[noreturn]] void RunChild(const Options& options, const Lines& lines, unsigned long process) {
   try {
     LogFromThreads(options, lines, process);
@@ -108,7 +108,7 @@ void WaitFor(pid_t child) {
   if (waitpid(child, &status, 0) != child || status != 0) throw std::runtime_error("a process failed");
 }
 
-/// Each process starts the library for itself, after the fork. Returns their numbers.
+/// Each process starts the library itself, after the fork. Returns the numbers of the processes.
 std::set<pid_t> LogFromProcesses(const Options& options, const Lines& lines) {
   if (options.mProcesses == 1) {
     LogFromThreads(options, lines, 0);
@@ -131,7 +131,7 @@ std::size_t CountRecords(const std::filesystem::path& file, const std::set<pid_t
   return count;
 }
 
-/// How many records of these processes arrived and were not deleted since with the oldest backup.
+/// How many records of these processes were written, except those deleted with the oldest backup.
 std::size_t CountRecordsInAllFiles(const std::filesystem::path& file, const std::set<pid_t>& processes) {
   const std::string name = file.filename();
   std::size_t count = 0;
@@ -165,12 +165,12 @@ unsigned long ParseNumber(std::string_view option, std::string_view text, unsign
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   const bool isNumber = error == std::errc() && end == text.data() + text.size();
   if (!isNumber || number < smallest)
-    throw UsageError(std::string(option) + " takes no '" + std::string(text) + "'");
+    throw UsageError(std::string(option) + " does not accept '" + std::string(text) + "'");
   return number;
 }
 
 void SetOption(Options& options, std::string_view option, const char* value) {
-  if (value == nullptr) throw UsageError(std::string(option) + " takes a value");
+  if (value == nullptr) throw UsageError(std::string(option) + " needs a value");
   if (option == "--file") {
     options.mFile = std::filesystem::absolute(value);
   } else if (option == "--limit") {
@@ -182,7 +182,7 @@ void SetOption(Options& options, std::string_view option, const char* value) {
   } else if (option == "--processes") {
     options.mProcesses = ParseNumber(option, value, 1);
   } else {
-    throw UsageError("no option " + std::string(option));
+    throw UsageError("unknown option " + std::string(option));
   }
 }
 
