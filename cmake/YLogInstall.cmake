@@ -7,12 +7,12 @@ install(EXPORT YLogTargets NAMESPACE YLog:: DESTINATION ${package_dir})
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/YLogConfig.cmake.in ${PROJECT_BINARY_DIR}/YLogConfig.cmake
   INSTALL_DESTINATION ${package_dir})
-# Below 1.0 a new minor version may change the binary interface.
+# Before 1.0 a new minor version may change the binary interface.
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/YLogConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/YLogConfig.cmake ${PROJECT_BINARY_DIR}/YLogConfigVersion.cmake
   DESTINATION ${package_dir})
 
-# The pkg-config file finds the prefix from its own place, so that an installation may be moved.
+# The pkg-config file finds the prefix from its own location, so that an installation may be moved.
 file(RELATIVE_PATH YLOG_PREFIX_FROM_PC_FILE ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" YLOG_PREFIX_FROM_PC_FILE ${YLOG_PREFIX_FROM_PC_FILE})
 set(YLOG_PC_INCLUDEDIR [[${prefix}]])

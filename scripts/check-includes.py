@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Checks who includes whom: the layers of the tree, what public headers may take in, and that there are no circles.
+"""Checks includes: the layers of the tree, what public headers may include, and that there are no cycles.
 
-check-includes.py [ROOT] looks at the tree that it lies in, or at ROOT. It prints each violation as
+check-includes.py [ROOT] checks the tree that contains it, or ROOT. It prints each violation as
 "file:line: reason" and then fails.
 """
 
@@ -11,7 +11,7 @@ import sys
 from dataclasses import dataclass
 
 # What each unit may include besides itself. A foundation library is a unit, and so is each folder of Log/;
-# "YLog" is the public face, "ModuleMain.h" the door between the subsystems.
+# "YLog" is the public headers of Log/, "ModuleMain.h" the interface of the module, which the subsystems share.
 FOUNDATION = {
     "YBase": set(),
     "YSynch": {"YBase"},
@@ -41,7 +41,7 @@ class File:
 
 
 def describe(path):
-    """The file at a path from the root, or None for one that no rule speaks of."""
+    """The file at a path from the root, or None if no rule applies to it."""
     parts = path.parts
     if parts[0] == "Foundation" and len(parts) > 3:
         return File(path, parts[1], parts[2] == "include")
@@ -96,7 +96,7 @@ class Checker:
                 self.violations.append(f"{file.path}:1: no rule knows the folder '{file.unit}'")
                 continue
             self.check_file(file)
-        self.check_circles()
+        self.check_cycles()
         return self.violations
 
     def check_file(self, file):
@@ -140,18 +140,18 @@ class Checker:
         if unit != file.unit and unit not in ALLOWED[file.unit]:
             yield f'{file.unit} must not include "{name}"'
 
-    def check_circles(self):
-        done, road = set(), []
+    def check_cycles(self):
+        done, chain = set(), []
 
         def visit(path):
-            if path in road:
-                circle = road[road.index(path):] + [path]
-                self.violations.append(f"{path}:1: includes itself: {' > '.join(map(str, circle))}")
+            if path in chain:
+                cycle = chain[chain.index(path):] + [path]
+                self.violations.append(f"{path}:1: includes itself: {' > '.join(map(str, cycle))}")
             elif path not in done:
-                road.append(path)
+                chain.append(path)
                 for target in self.edges[path]:
                     visit(target)
-                done.add(road.pop())
+                done.add(chain.pop())
 
         for path in self.files:
             visit(path)

@@ -10,11 +10,11 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 launcher=${CMAKE_CXX_COMPILER_LAUNCHER:-}
 work=$PWD/build/check-readme
 archive=$work/system${launcher:+-with-$launcher}.tar
-# Results of the compiler, kept between runs for those who use ccache.
+# Results of the compiler, which are kept between runs if ccache is used.
 cache=$work/ccache
 tree="home/reader/YLog with blanks"
 
-# Where this machine gets Debian's packages from, and how it reaches them.
+# Print where this machine gets Debian's packages from, and how.
 print_sources() {
   # shellcheck disable=SC2016
   apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian'
@@ -25,12 +25,12 @@ print_apt_options() {
   [[ -z ${http_proxy:-} ]] || echo "Acquire::http::Proxy \"$http_proxy\";"
   [[ -z ${https_proxy:-} ]] || echo "Acquire::https::Proxy \"$https_proxy\";"
   echo 'Acquire::Languages "none";'
-  # As the reader answers.
+  # What the reader would answer.
   echo 'APT::Get::Assume-Yes "true";'
 }
 
 create_archive() {
-  # The launcher of the compiler, if there is one, is the name of a package: ccache.
+  # The compiler's launcher, if there is one, has the name of its package: ccache.
   local codename sources packages=sudo
   codename=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
   [[ -n $(print_sources) ]] || apt-get --quiet --quiet update
@@ -47,7 +47,7 @@ create_archive() {
   mv "$archive.new" "$archive"
 }
 
-# unpack_system NAME: a new system in that folder, with the tree and with commands from standard input.
+# unpack_system NAME: creates a new system in that folder, with the tree and with the commands from standard input.
 unpack_system() {
   local root=$work/$1
   rm -rf --one-file-system "$root"
@@ -60,7 +60,8 @@ unpack_system() {
   chown --recursive 1000:1000 "$root/$tree"
 }
 
-# run_commands NAME: in that system, as the reader. Not by chroot, where users can create no namespaces.
+# run_commands NAME: runs the commands in that system, as the reader. Not in a chroot, where users cannot create
+# namespaces.
 run_commands() {
   local environment=(HOME=/home/reader PATH=/usr/local/bin:/usr/bin:/bin)
   if [[ -n $launcher ]]; then
@@ -84,7 +85,7 @@ run_commands() {
   ' bash "$work/$1" "$cache" "$tree" "${environment[@]}" </dev/null
 }
 
-# What the reader does with the blocks that are no commands: the first program, and the lines for CMake.
+# What the reader does with the blocks that are not commands: the first program, and the lines for CMake.
 print_client_commands() {
   echo './server && grep " Order 4711 took 12.5 ms$" orders.log'
   echo 'mkdir client && cat >client/CMakeLists.txt <<END'
@@ -99,7 +100,7 @@ print_client_commands() {
 
 mkdir -p "$work" "$cache"
 chown 1000:1000 "$cache"
-# A system of today, as a reader gets it.
+# At most a day old, like the system that a reader gets.
 [[ -n $(find "$archive" -mtime -1 2>/dev/null) ]] || create_archive
 
 commands=$(scripts/docs.py blocks sh README.md)
@@ -125,5 +126,5 @@ cp --no-dereference "$work"/build/usr/local/lib/libYLog.so.* "$work/run/usr/loca
 cp "$work/build/$tree/server" "$work/run/$tree/"
 echo "Running a program on a system that has only the packages for running it."
 run_commands run
-# After a failure they stay, so that one can look into them.
+# They are kept after a failure, for inspection.
 rm -rf --one-file-system "$work/build" "$work/run"

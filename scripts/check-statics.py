@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
-"""Checks that nothing in the library is made at its first use by code that the compiler guards.
+"""Checks that nothing in the library is constructed at its first use by code that the compiler guards.
 
-check-statics.py [BUILD] looks at the object files of the library in a build folder: build/dev unless another is
+check-statics.py [BUILD] checks the object files of the library in a build folder: build/dev unless another is
 named. It prints each violation as "file: reason" and then fails.
 
-A static object of a function, or a thread_local one, that takes code to make is made by the first thread that needs
-it, and other threads wait for that one. A child that is forked at that moment inherits the object half made, and
-waits for a thread that it does not have: its first record hangs. So such objects are `constinit`, or, where that is
-not possible, made under a lock of `YSynch`, for which a fork waits. A thread_local object with a destructor is refused as well, because
-threads log until they have ended.
+If the construction of a static object of a function, or of a thread_local one, runs code, the first thread that needs
+the object constructs it, and other threads wait for that thread. A child that is forked at that moment inherits the
+object half constructed, and waits for a thread that it does not have: its first record hangs. So such objects are
+`constinit`, or, if that is not possible, made under a lock of `YSynch`, for which a fork waits. A thread_local object
+with a destructor is refused as well, because threads log until they have ended.
 """
 
 import pathlib
@@ -25,7 +25,7 @@ LIBRARIES = {
     "yresource": "Foundation/YResource",
     "ylog": "Log",
 }
-# What the compiler and the standard library leave in an object file where they guard the making of something.
+# The symbols that the compiler and the standard library leave in an object file if they guard a construction.
 GUARD = re.compile(r"guard variable for (.*)")
 SYMBOLS = {
     "__tls_init": "a thread_local object is made at its first use",
@@ -33,7 +33,7 @@ SYMBOLS = {
     "pthread_once": "something is made at its first use",
     "__once_proxy": "something is made at its first use",
 }
-# Objects that may be made at their first use nevertheless, by their full names, each with its reason beside it.
+# Objects that may be constructed at their first use nevertheless, by their full names, each with its reason.
 ALLOWED = set()
 
 

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Checks that every test is run: each source, script and folder below tests/ is named by a CMakeLists.txt.
 
-check-tests-listed.py [ROOT] looks at the tree that it lies in, or at ROOT. It begins at the CMakeLists.txt
-there and goes on to each folder that one of them names.
+check-tests-listed.py [ROOT] checks the tree that contains it, or ROOT. It begins with the CMakeLists.txt there and
+continues with each folder that one of them names.
 """
 
 import pathlib
@@ -14,7 +14,7 @@ WORD = re.compile(r"[\w./+-]+")
 
 
 def words(cmake_file):
-    """The words of a CMakeLists.txt outside comments. Text behind a variable, as in ${dir}/a.cpp, counts as a path."""
+    """The words of a CMakeLists.txt outside comments. Text after a variable, as in ${dir}/a.cpp, is a path."""
     text = cmake_file.read_text(encoding="utf-8")
     text = re.sub(r"#.*", "", text)
     text = re.sub(r"\$\{\w+\}/", "", text)
@@ -22,14 +22,14 @@ def words(cmake_file):
 
 
 def find_named(top):
-    """Every file and folder that is named on the way down from the top."""
+    """Every file and folder that is named, beginning at the top."""
     named, waiting = set(), [top]
     while waiting:
         folder = waiting.pop()
         if not (folder / "CMakeLists.txt").is_file():
             continue
         for word in words(folder / "CMakeLists.txt"):
-            # A path is meant from its folder, or behind ${PROJECT_SOURCE_DIR} from the top.
+            # A path is relative to its folder or, after ${PROJECT_SOURCE_DIR}, to the top.
             for path in {(folder / word).resolve(), (top / word).resolve()}:
                 if path not in named and path != top and path.exists() and path.is_relative_to(top):
                     named.add(path)

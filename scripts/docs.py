@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Keeps the documents true: their C++ compiles, their links lead somewhere, their maps name every public header.
+"""Checks the documents: that their C++ compiles, their links have targets, and their maps name every public header.
 
 docs.py check          checks links, maps and the kinds of code blocks of every document
 docs.py extract DIR    writes the C++ blocks of every document to sources in DIR, and prints their paths

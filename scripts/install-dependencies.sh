@@ -12,7 +12,7 @@ declare -A packages=(
 needed=()
 for group in "${@:-build}"; do
   if [[ -z ${packages[$group]:-} ]]; then
-    echo "$0: no group '$group': the groups are build, test, ci, bench" >&2
+    echo "$0: unknown group '$group'; the groups are build, test, ci, bench" >&2
     exit 2
   fi
   read -ra names <<<"${packages[$group]}"
@@ -52,7 +52,7 @@ if ((EUID != 0)) && ! command -v sudo >/dev/null; then
 fi
 
 echo "Dependencies: installing ${missing[*]}"
-# What failed is seen from what is missing afterwards: lists that could not be updated may do.
+# A failure shows in what is missing afterwards: if the lists cannot be updated, the old ones may be sufficient.
 run_apt_get update || true
 run_apt_get install --yes --no-install-recommends "${missing[@]}" || true
 find_missing

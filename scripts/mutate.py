@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Changes the sources one small step at a time and counts which changes the tests notice.
 
-mutate.py [--share PERCENT] [--seed N] SOURCE... changes each of the sources, below Log/, in every place that a rule
-of MUTATIONS fits, or in a random share of them. For each change it builds the tests of Log/ in build/mutate and runs
-them until one fails. A change that does not compile does not count. It prints those that no test notices, and leaves
-the sources as they were.
+mutate.py [--share PERCENT] [--seed N] SOURCE... changes each of the sources, below Log/, in every place that
+matches a rule of MUTATIONS, or in a random share of them. For each change it builds the tests of Log/ in
+build/mutate and runs them until one fails. A change that does not compile does not count. It prints those that no
+test notices, and leaves the sources as they were.
 """
 
 import argparse
@@ -18,12 +18,12 @@ ROOT = pathlib.Path(__file__).resolve().parents[1]
 BUILD = ROOT / "build" / "mutate"
 PROGRAMS = ["log_whitebox_tests", "log_tests", "initializer_tests", "system_log_call_tests", "masking_tests",
             "masking_internal_tests", "statistics_tests", "statistics_internal_tests"]
-# Tests that take long; what they notice others notice first.
+# Slow tests; other tests notice first what these notice.
 SLOW = "EachFileCall"
 BUILD_SECONDS = 300
 TEST_SECONDS = 120
 
-# What is replaced, and by what. Each place that fits gives one change.
+# What is replaced, and by what. Each match is one change.
 MUTATIONS = [
     (r"(?<=\w|\)) == (?=\w|\(|')", " != "), (r"(?<=\w|\)) != (?=\w|\(|')", " == "),
     (r"(?<=\w|\)) < (?=\w|\()", " <= "), (r"(?<=\w|\)) > (?=\w|\()", " >= "),
@@ -33,7 +33,7 @@ MUTATIONS = [
     (r"\btrue\b", "false"), (r"\bfalse\b", "true"),
     (r" \+ 1\b", ""), (r" - 1\b", ""), (r"\+\+", "--"),
 ]
-# A statement that is only made for what it does.
+# A statement that is executed only for its effect.
 CALL = re.compile(r"^\s+(?:[\w:]+(?:\(\))?(?:->|\.))*[\w:]+(?:<\w+>)?\(.*\);$|^\s+\w+(?:\.\w+)* = .*;$")
 SKIPPED = re.compile(r"^\s*(//|#|assert|static_assert|\[\[|using|template|namespace)|static constexpr const char\*")
 
@@ -54,7 +54,7 @@ def mutations_of_line(line):
 
 
 def close_condition(code, position):
-    """Puts the parenthesis that a negated condition needs; None where the condition goes on in the next line."""
+    """Adds the parenthesis that a negated condition needs; None if the condition continues on the next line."""
     depth = 1
     for index in range(position, len(code)):
         depth += {"(": 1, ")": -1}.get(code[index], 0)

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Builds the library and lets it work: eight threads in four processes log a real file line by line into one
-# file, which rotates meanwhile. Then counts what arrived.
+# Builds the library and uses it: eight threads in four processes log a real file line by line into one file, which
+# rotates meanwhile. Then counts the records.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 log_folder=$PWD/build/quickstart-log
 log=$log_folder/server.log
-# A record of the example as it begins: time, and then the header's groups up to the logger's name.
+# The beginning of a record of the example: the time, and the header's groups up to the dispatcher's name.
 record='^[0-9-]{10} [0-9:.]{12}([+-][0-9:]{5})? \[HOST:.*\]\[log_lines\]\[Info\]\['
 
 choose_inputs() {
@@ -34,11 +34,11 @@ choose_inputs
 choose_limit
 rm -rf "$log_folder"
 echo "Logging each line of ${#inputs[@]} file(s), beginning with ${inputs[0]}, to $log"
-said=$(build/quickstart/examples/log_lines --threads 2 --processes 4 --limit "$limit" --backups 20 \
+output=$(build/quickstart/examples/log_lines --threads 2 --processes 4 --limit "$limit" --backups 20 \
   --file "$log" "${inputs[@]}")
 
 echo
-echo "The file begins and ends:"
+echo "The beginning and the end of the file:"
 head -n 3 "$log"
 echo "..."
 tail -n 2 "$log"
@@ -48,7 +48,7 @@ echo "The file and its backups, newest first, each with its size; the limit was 
 stat --printf='%10s  %n\n' "$log"*
 
 echo
-in=${said%% *}
-there=$(cat "$log"* | LC_ALL=C grep --text --count --extended-regexp "$record" || true)
-echo "$in records went in, $there are there."
-((in > 0 && in == there))
+logged=${output%% *}
+found=$(cat "$log"* | LC_ALL=C grep --text --count --extended-regexp "$record" || true)
+echo "$logged lines were logged, $found records were found."
+((logged > 0 && logged == found))

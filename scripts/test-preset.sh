@@ -6,8 +6,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 preset=${1:?"usage: $0 PRESET [ctest arguments]"}
 shift
 
-# Tests with the label "mounts" mount a file system that only they see. Root may do that, and on most systems other
-# users as well, in a user namespace. In some containers and in a chroot nobody but the machine's root may.
+# Tests with the label "mounts" mount file systems that only they see. Root is allowed to do that, and on most systems
+# other users are, too, in a user namespace. In some containers and in a chroot, only the machine's root is.
 choose_tests() {
   local reason count
   reason=$("build/$preset/tests/mount_probe" 2>&1) && return
@@ -19,7 +19,7 @@ Root can run them: sudo ctest --preset $preset --label-regex mounts"
 }
 
 echo "Configuring and building preset $preset."
-# Standard output gets the list of the preset's variables only; warnings and errors go to standard error.
+# Standard output is only the list of the preset's variables; warnings and errors are on standard error.
 cmake --preset "$preset" --log-level=WARNING >/dev/null
 cmake --build --preset "$preset"
 
@@ -29,6 +29,6 @@ choose_tests
 echo "Running the tests of preset $preset.${note:+ $note}"
 status=0
 ctest --preset "$preset" --parallel "$(nproc)" "${chosen[@]}" "$@" || status=$?
-# Said again where it is read, after the summary.
+# Repeated after the summary, where it is not overlooked.
 [[ -z $note ]] || echo "$note"
 exit "$status"
