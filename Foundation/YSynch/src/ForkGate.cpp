@@ -20,8 +20,8 @@ void FinishInChild() YSYNCH_NO_THREAD_SAFETY_ANALYSIS {
   gsForkGate.FinishInChild();
 }
 
-// At load at the latest. Handlers that others register later, and that may take locks of this library, then
-// run while none is held here, before and after the fork.
+// Registered when the library is loaded, at the latest. Handlers that are registered later, and that may take
+// locks of this library, then run while the gate holds none: before it takes them and after it releases them.
 [[maybe_unused]] const bool gsbRegisteredAtLoad = (gsForkGate.RegisterHandlers(), true);
 
 }  // namespace
@@ -42,7 +42,7 @@ void ForkParticipant::Leave() noexcept {
   gsForkGate.Remove(*this);
 }
 
-/// With the first lock or participant, which may be made before the static objects of this file.
+/// Called for the first lock or participant, which may be created before the static objects of this file.
 void ForkGate::RegisterHandlers() noexcept {
   const MutexLock guard(mMutex);
   if (std::exchange(mbHandlersAreRegistered, true)) return;
@@ -74,15 +74,21 @@ void ForkGate::Remove(ForkParticipant& participant) noexcept {
   IntrusiveList::Remove(&mpParticipants, participant);
 }
 
+/// Ends with every participant notified and every lock held.
+///
+/// Each round tries all locks. If one is busy, the round releases what it has taken and waits for that lock
+/// alone, and the next round begins with it held. A participant may join, and threads may take locks, while
+/// the mutex is released for the wait. So participants are checked again in each round, and are notified
+/// while no lock is held, because their handlers may take locks.
 void ForkGate::PrepareFork() noexcept {
   mForks.Lock();
   mMutex.Lock();
-  // Counts as a lock, so that the forking thread does not wait for itself.
+  // The fork counts as a lock of this thread, so that the thread does not make way for its own fork.
   HeldLocks::OfThisThread().Add();
   for (ForkSafeLock* held = nullptr;;) {
-    if (ForkParticipant* participant = FindUntold()) {
+    if (ForkParticipant* participant = FindUnnotified()) {
       if (held != nullptr) std::exchange(held, nullptr)->UnlockAfterFork();
-      Tell(*participant);
+      Notify(*participant);
       continue;
     }
     HeldLocks::SetCollectedByFork(true);
@@ -96,41 +102,41 @@ void ForkGate::PrepareFork() noexcept {
 void ForkGate::FinishInParent() noexcept {
   for (ForkParticipant* participant = mpParticipants; participant != nullptr;
        participant = participant->mpNext) {
-    participant->mbKnowsOfFork = false;
+    participant->mbIsNotified = false;
     participant->AfterForkInParent();
   }
   for (ForkSafeLock* lock = mpLocks; lock != nullptr; lock = lock->mpNext) lock->UnlockAfterFork();
-  LetGo();
+  FinishFork();
 }
 
 void ForkGate::FinishInChild() noexcept {
   for (ForkParticipant* participant = mpParticipants; participant != nullptr;
        participant = participant->mpNext) {
-    participant->mbKnowsOfFork = false;
+    participant->mbIsNotified = false;
     participant->AfterForkInChild();
   }
   for (ForkSafeLock* lock = mpLocks; lock != nullptr; lock = lock->mpNext) lock->UnlockInChild();
-  // Made anew, because the threads that waited for it are not here.
+  // Initialised again, because the threads that waited for it do not exist in the child.
   YBase::Check(pthread_cond_init(&mUnpinned, nullptr));
-  LetGo();
+  FinishFork();
 }
 
-void ForkGate::LetGo() noexcept {
+void ForkGate::FinishFork() noexcept {
   HeldLocks::SetCollectedByFork(false);
   HeldLocks::OfThisThread().Remove();
   mMutex.Unlock();
   mForks.Unlock();
 }
 
-/// Somebody who has not heard of the fork: at first everybody, later who joined while a lock was awaited.
-ForkParticipant* ForkGate::FindUntold() const noexcept {
+/// A participant that has not been notified: at first any, later one that joined while a lock was awaited.
+ForkParticipant* ForkGate::FindUnnotified() const noexcept {
   ForkParticipant* participant = mpParticipants;
-  while (participant != nullptr && participant->mbKnowsOfFork) participant = participant->mpNext;
+  while (participant != nullptr && participant->mbIsNotified) participant = participant->mpNext;
   return participant;
 }
 
-void ForkGate::Tell(ForkParticipant& participant) noexcept {
-  participant.mbKnowsOfFork = true;
+void ForkGate::Notify(ForkParticipant& participant) noexcept {
+  participant.mbIsNotified = true;
   mpPinned = &participant;
   mMutex.Unlock();
   participant.BeforeFork();
@@ -138,19 +144,19 @@ void ForkGate::Tell(ForkParticipant& participant) noexcept {
   Unpin();
 }
 
-/// Takes every lock that is not held already and returns null. Where one stays busy, gives all back, the
-/// held one, too, and returns the busy one.
+/// Takes every lock but `held`, which is held already, and returns null. If one is busy, releases all of
+/// them, `held` included, and returns the busy one.
 ForkSafeLock* ForkGate::TakeAllBut(ForkSafeLock* held) noexcept {
   for (ForkSafeLock* lock = mpLocks; lock != nullptr; lock = lock->mpNext) {
     if (lock == held || lock->TryLockForFork()) continue;
-    GiveBack(lock->mpPrevious, held);
+    ReleaseTakenLocks(lock->mpPrevious, held);
     return lock;
   }
   return nullptr;
 }
 
-/// Gives back a lock and all before it, and the one that was held from the beginning.
-void ForkGate::GiveBack(ForkSafeLock* last, ForkSafeLock* held) noexcept {
+/// Releases the locks up to `last` in the list, and `held`.
+void ForkGate::ReleaseTakenLocks(ForkSafeLock* last, ForkSafeLock* held) noexcept {
   for (ForkSafeLock* lock = last; lock != nullptr; lock = lock->mpPrevious) {
     if (lock != held) lock->UnlockAfterFork();
   }

@@ -35,13 +35,13 @@ class ForkGate {
   void FinishInChild() noexcept YSYNCH_RELEASE(mForks, mMutex);
 
  private:
-  ForkParticipant* FindUntold() const noexcept YSYNCH_REQUIRES(mMutex);
-  void Tell(ForkParticipant& participant) noexcept YSYNCH_REQUIRES(mMutex);
+  ForkParticipant* FindUnnotified() const noexcept YSYNCH_REQUIRES(mMutex);
+  void Notify(ForkParticipant& participant) noexcept YSYNCH_REQUIRES(mMutex);
   ForkSafeLock* TakeAllBut(ForkSafeLock* held) noexcept YSYNCH_REQUIRES(mMutex);
-  static void GiveBack(ForkSafeLock* last, ForkSafeLock* held) noexcept;
+  static void ReleaseTakenLocks(ForkSafeLock* last, ForkSafeLock* held) noexcept;
   void WaitFor(ForkSafeLock& lock) noexcept YSYNCH_REQUIRES(mMutex);
   void Unpin() noexcept YSYNCH_REQUIRES(mMutex);
-  void LetGo() noexcept YSYNCH_RELEASE(mForks, mMutex);
+  void FinishFork() noexcept YSYNCH_RELEASE(mForks, mMutex);
 
   // One fork at a time. Taken before everything else, and by forking threads only.
   Mutex mForks;

@@ -40,7 +40,7 @@ class ForkParticipant {
 
   ForkParticipant* mpPrevious = nullptr;
   ForkParticipant* mpNext = nullptr;
-  bool mbKnowsOfFork = false;
+  bool mbIsNotified = false;
 };
 
 }  // namespace YSynch
