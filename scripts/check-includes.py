@@ -93,7 +93,7 @@ class Checker:
     def run(self):
         for file in self.files.values():
             if file.unit not in ALLOWED:
-                self.violations.append(f"{file.path}:1: no rule knows the folder '{file.unit}'")
+                self.violations.append(f"{file.path}:1: there is no rule for the folder '{file.unit}'")
                 continue
             self.check_file(file)
         self.check_cycles()
@@ -113,11 +113,11 @@ class Checker:
             yield from self.quoted_faults(file, include[2])
         elif file.is_public and file.unit == "YLog":
             for name in INTERNAL_NAME.findall(without_comment(line)):
-                yield f"the public face names '{name}'"
+                yield f"a public header of YLog names '{name}'"
 
     def angle_faults(self, file, name):
         if file.is_public and HEAVY.match(name):
-            yield f"a public header takes in <{name}>"
+            yield f"a public header includes <{name}>"
         unit = name.split("/")[0]
         if name in self.named:
             target = self.named[name]
@@ -133,7 +133,7 @@ class Checker:
             return
         target = find_quoted(file, name, self.files)
         if target is None:
-            yield f'"{name}" is no file that this one may name'
+            yield f'"{name}" is not a file that this one may include'
             return
         self.edges[file.path].append(target)
         unit = self.files[target].unit

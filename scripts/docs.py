@@ -71,7 +71,7 @@ def link_faults(document):
     for number, line in enumerate(document.read_text(encoding="utf-8").splitlines(), 1):
         for target in LINK.findall(line):
             if "://" not in target and not (document.parent / target).exists():
-                yield number, f"the link to {target} leads nowhere"
+                yield number, f"the link to {target} is broken"
 
 
 def map_faults(root, document):

@@ -96,7 +96,7 @@ class Docs(unittest.TestCase):
 
     def test_reports_a_broken_link(self):
         self.append("docs/architecture.md", "See [this](missing.md).\n")
-        self.assert_fault("docs/architecture.md:6: the link to missing.md leads nowhere")
+        self.assert_fault("docs/architecture.md:6: the link to missing.md is broken")
 
     def test_reports_a_public_header_that_is_in_no_map(self):
         self.write("Foundation/YBase/include/YBase/New.h", "")

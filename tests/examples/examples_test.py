@@ -89,7 +89,7 @@ class LogLines(InFolder):
         self.assertEqual(len({record["process"] for record in found}), 3)
         self.assertEqual(len({record["thread"] for record in found}), 6)
 
-    def test_keeps_the_backups_it_is_told_to(self):
+    def test_keeps_as_many_backups_as_asked(self):
         output = self.log("x\n" * 100, "--limit", 500, "--backups", 2)
         self.assertEqual(output, counts(100, len(self.texts("lines.log*"))))
         names = sorted(path.name for path in self.folder.iterdir())
@@ -106,7 +106,7 @@ class LogLines(InFolder):
             result = run("log_lines", "--file", "lines.log", *arguments, folder=self.folder, text=b"a\nb\n")
             self.assertEqual((result.returncode, result.stdout.decode()), (1, counts(2, 0)))
 
-    def test_explains_itself_when_it_is_called_wrongly(self):
+    def test_prints_its_usage_for_wrong_arguments(self):
         for arguments in (
             [], ["--file"], ["--file", "x", "--threads", "0"], ["--file", "x", "--limit", "-1"],
             ["--file", "x", "--backups", "2x"], ["--file", "x", "--processes", "99999999999999999999"],

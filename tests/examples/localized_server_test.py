@@ -53,7 +53,7 @@ class InFolder(unittest.TestCase):
 
 
 class LocalizedServer(InFolder):
-    def test_writes_what_the_golden_files_say(self):
+    def test_writes_the_content_of_the_golden_files(self):
         result = self.run_program(CATALOGUES, "logs")
         self.assertEqual(result.returncode, 0, result.stderr)
         files = sorted((self.folder / "logs").iterdir())
@@ -65,12 +65,12 @@ class LocalizedServer(InFolder):
         if differences:
             self.fail("The output is not what it was:\n" + differences)
 
-    def test_names_the_catalogue_that_it_cannot_take(self):
+    def test_names_a_catalogue_with_a_fault(self):
         result = self.run_program("missing", "logs")
         self.assertEqual((result.returncode, result.stdout), (1, b""))
         self.assertIn(b"missing: cannot be read", result.stderr)
 
-    def test_explains_itself_when_it_is_called_wrongly(self):
+    def test_prints_its_usage_for_wrong_arguments(self):
         for arguments in ([], [CATALOGUES], [CATALOGUES, "logs", "more"]):
             result = self.run_program(*arguments)
             self.assertEqual(result.returncode, 2, arguments)
@@ -86,7 +86,7 @@ class GoldenFiles(InFolder):
         self.golden.write_bytes("\ufeff# Log\nTIME [HOST:HOST][PID:PID][THR:THR] Grüße\n".encode())
         self.output = "\ufeff# Log\n2024-03-05 09:07:03.042+01:00 [HOST:web01][PID:8][THR:9] Grüße\n".encode()
 
-    def test_are_met_by_an_output_that_differs_in_masked_fields_only(self):
+    def test_match_an_output_that_differs_only_in_masked_fields(self):
         self.assertEqual(difference(self.output, self.golden), "")
 
     def test_differ_in_a_letter_a_blank_a_byte_order_mark_or_a_line_end(self):
@@ -99,7 +99,7 @@ class GoldenFiles(InFolder):
     def test_differ_from_an_empty_output(self):
         self.assertIn("-\ufeff# Log", difference(b"", self.golden))
 
-    def test_must_be_there_and_hold_something(self):
+    def test_must_exist_and_not_be_empty(self):
         self.golden.write_bytes(b"")
         self.assertRaises(AssertionError, difference, b"", self.golden)
         self.golden.unlink()

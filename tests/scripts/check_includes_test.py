@@ -64,7 +64,7 @@ class CheckIncludes(unittest.TestCase):
 
     def test_refuses_an_internal_header_of_another_foundation_library(self):
         self.assert_refused(
-            "Foundation/YSynch/src/Deep.cpp", '#include "Tables.h"\n', '"Tables.h" is no file that this one may name')
+            "Foundation/YSynch/src/Deep.cpp", '#include "Tables.h"\n', '"Tables.h" is not a file that this one may include')
 
     def test_refuses_a_subsystem_that_includes_another_one(self):
         self.assert_refused(
@@ -96,13 +96,13 @@ class CheckIncludes(unittest.TestCase):
 
     def test_refuses_a_public_header_that_names_an_implementation(self):
         self.assert_refused(
-            "Log/include/YLog/Router.h", "class Router_Impl;\n", "the public face names 'Router_Impl'")
+            "Log/include/YLog/Router.h", "class Router_Impl;\n", "a public header of YLog names 'Router_Impl'")
 
     def test_refuses_heavy_headers_in_every_public_header(self):
         for header in ("iostream", "regex", "filesystem", "boost/any.hpp", "unicode/uloc.h", "json/json.h"):
             self.assert_refused(
                 "Foundation/YBase/include/YBase/Heavy.h", f"#include <{header}>\n",
-                f"a public header takes in <{header}>")
+                f"a public header includes <{header}>")
 
     def test_refuses_an_example_that_includes_a_header_that_is_not_installed(self):
         self.assert_refused(
@@ -111,7 +111,7 @@ class CheckIncludes(unittest.TestCase):
     def test_refuses_an_example_that_includes_an_internal_header(self):
         self.assert_refused(
             "examples/deep.cpp", '#include "Core/Logger_Impl.h"\n',
-            '"Core/Logger_Impl.h" is no file that this one may name')
+            '"Core/Logger_Impl.h" is not a file that this one may include')
 
     def test_refuses_a_circle_through_a_header_that_is_not_installed(self):
         status, output = check({"Foundation/YBase/src/YBase/System.h": "#include <YBase/System.h>\n"})
@@ -124,7 +124,7 @@ class CheckIncludes(unittest.TestCase):
         self.assertIn("Log/Core/A.h > Log/Core/B.h > Log/Core/A.h", output)
 
     def test_refuses_a_folder_without_a_rule(self):
-        self.assert_refused("Log/Misc/Thing.cpp", "", "no rule knows the folder 'Misc'")
+        self.assert_refused("Log/Misc/Thing.cpp", "", "there is no rule for the folder 'Misc'")
 
     def test_refuses_a_tree_without_sources(self):
         with tempfile.TemporaryDirectory() as folder:

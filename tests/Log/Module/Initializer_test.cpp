@@ -18,10 +18,6 @@ namespace {
 class CountedHook final : public YLog::ConfigurationHook,
                           public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
-  explicit CountedHook(bool* gone = nullptr) : mpGone(gone) {}
-  ~CountedHook() override {
-    if (mpGone != nullptr) *mpGone = true;
-  }
   void AddRef() const override {
     ++mReferences;
     ReferenceCountedImpl::AddRef();
@@ -34,9 +30,6 @@ class CountedHook final : public YLog::ConfigurationHook,
   void ConfigureDispatcher(YBase::SmartPtrI<YLog::Dispatcher>&, YLog::Logger&) override {}
 
   mutable std::atomic<int> mReferences{0};
-
- private:
-  bool* mpGone;
 };
 
 constexpr auto CATEGORY = YSynch::LOCK_STACK_CATEGORY_OBJECT;
