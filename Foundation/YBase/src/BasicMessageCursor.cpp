@@ -43,7 +43,7 @@ MessageType& BasicMessageCursor<MessageType>::ReplaceMissing([[maybe_unused]] Me
   if constexpr (std::is_const_v<MessageType>) {
     return *gsNothing;
   } else {
-    // The parent's next place stays the end of its list: what is added here counts as visited.
+    // The parent's position stays at the end of its list, so a message that is added here counts as visited.
     return parent.mLowerLevelMessages.emplace_back();
   }
 }

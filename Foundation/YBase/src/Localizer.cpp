@@ -2,7 +2,7 @@
 
 namespace YBase {
 
-// Out of line, so that the interface's type information has one home.
+// Out of line, so that the type information of the interface is in one place.
 Localizer::~Localizer() = default;
 
 }  // namespace YBase

@@ -11,13 +11,13 @@
 
 namespace YBase {
 
-// Trees are not walked by recursion: however deep one is, the walk must fit the stack of any thread.
+// Trees are not walked recursively: even a deep one must not exhaust the stack of a thread.
 
 Message::Message(const char* utf8Text) {
   SetLocalizedText(0, utf8Text);
 }
 
-// Delegates, so that the destructor disposes of what was copied when memory runs out half way.
+// A delegating constructor: if memory runs out half way, the destructor disposes of what was copied.
 Message::Message(const Message& other) : Message() {
   std::vector<std::pair<const Message*, Message*>> pending{{&other, this}};
   while (!pending.empty()) {

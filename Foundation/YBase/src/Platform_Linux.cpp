@@ -20,10 +20,11 @@ namespace {
 
 using Segment = ElfW(Phdr);
 
-// The linker puts this at the beginning of the module that it makes.
+// The linker places this symbol at the beginning of the module.
 extern "C" [[gnu::visibility("hidden")]] const ElfW(Ehdr) gElfHeader __asm__("__ehdr_start");
 
-/// What the linker's addresses have to be moved by: the segment with the header begins at the header.
+/// The offset between the linker's addresses and those in memory: the segment that contains the header begins
+/// with it.
 std::uintptr_t GetLoadBase(std::span<const Segment> segments, std::uintptr_t header) noexcept {
   for (const Segment& segment : segments) {
     if (segment.p_type == PT_LOAD && segment.p_offset == 0) return header - segment.p_vaddr;
@@ -31,7 +32,7 @@ std::uintptr_t GetLoadBase(std::span<const Segment> segments, std::uintptr_t hea
   return header;
 }
 
-/// Whether the file of that path is the one that this process executes.
+/// Whether the path leads to the file that this process executes.
 bool IsExecutable(const std::string& path) noexcept {
   struct stat named;
   struct stat executed;
@@ -39,8 +40,8 @@ bool IsExecutable(const std::string& path) noexcept {
          named.st_dev == executed.st_dev && named.st_ino == executed.st_ino;
 }
 
-/// Without what the system puts after the name of an executable that was deleted, as by an upgrade of a
-/// server that runs on: it is still known by the name it was started under.
+/// Removes what the system appends to the name of an executable that was deleted, for example by an upgrade
+/// of a running server: the program keeps the name that it was started with.
 std::string WithoutMarkOfDeletion(std::string path) {
   static constexpr std::string_view MARK = " (deleted)";
   if (path.ends_with(MARK) && !IsExecutable(path)) path.resize(path.size() - MARK.size());
@@ -54,7 +55,7 @@ unsigned long GetThreadID() noexcept {
 }
 
 std::string GetExecutablePath() {
-  // A path that fills the buffer may have been cut, and no limit of the system bounds its length.
+  // A path that fills the buffer may have been cut off, and the system sets no limit on its length.
   for (std::string path(256, '\0');; path.resize(path.size() * 2)) {
     const ssize_t length = ::readlink("/proc/self/exe", path.data(), path.size());
     if (length < 0) return {};
@@ -82,7 +83,7 @@ void ConsumePendingSignal(int signalNumber) noexcept {
 }
 
 int OpenPlaceholder() noexcept {
-  // Names a place and does not open it: reading and writing fail as they do for a closed descriptor.
+  // The file is not opened for access: reading and writing fail as for a closed descriptor.
   return ::open("/", O_PATH | O_CLOEXEC);
 }
 

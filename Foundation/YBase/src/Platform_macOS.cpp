@@ -22,7 +22,7 @@ std::string GetExecutablePath() {
   std::string path(1024, '\0');
   auto size = static_cast<std::uint32_t>(path.size());
   if (::_NSGetExecutablePath(path.data(), &size) != 0) {
-    // Too short; `size` is what it takes.
+    // The buffer is too short; `size` is now the size that is needed.
     path.assign(size, '\0');
     if (::_NSGetExecutablePath(path.data(), &size) != 0) return {};
   }
@@ -38,7 +38,7 @@ bool IsInOwnImage(std::uintptr_t address) noexcept {
 }
 
 void ConsumePendingSignal(int signalNumber) noexcept {
-  // There is no wait with a time limit here, so the question comes first.
+  // There is no wait with a time limit here, so whether the signal is pending is checked first.
   sigset_t signals;
   ::sigpending(&signals);
   if (!sigismember(&signals, signalNumber)) return;

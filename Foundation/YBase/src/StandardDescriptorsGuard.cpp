@@ -15,7 +15,7 @@ namespace YBase {
 namespace {
 
 constinit pthread_mutex_t gsMutex = PTHREAD_MUTEX_INITIALIZER;
-// All guards share the numbers that are taken, so that the end of one does not expose another.
+// All guards share the numbers that are occupied, so that the end of one does not expose another.
 constinit unsigned gsGuardCount = 0;
 constinit bool gsbIsTaken[FIRST_HIGH_DESCRIPTOR]{};
 
@@ -47,8 +47,8 @@ void TakeFreeOnes() noexcept {
   if (descriptor >= 0) ::close(descriptor);
 }
 
-/// The host may have put something of its own in the place of a placeholder. Between the look and the closing
-/// it may do so still, which no call of the system could exclude.
+/// The host may have replaced a placeholder by something of its own. It may still do so between the check and
+/// the close, which no system call can prevent.
 void GiveBackThoseTaken() noexcept {
   for (int descriptor = 0; descriptor != FIRST_HIGH_DESCRIPTOR; ++descriptor) {
     if (std::exchange(gsbIsTaken[descriptor], false) && Platform::IsPlaceholder(descriptor)) {

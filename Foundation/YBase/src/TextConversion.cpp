@@ -27,13 +27,13 @@ bool IsBetween(char byte, unsigned low, unsigned high) noexcept {
   return value >= low && value <= high;
 }
 
-/// How many bytes from `text`, where no well-formed character begins, one U+FFFD stands for: as many as
-/// could have begun one, and at least one. utf8::replace_invalid counts otherwise: it takes all continuation
-/// bytes that follow.
+/// How many bytes one U+FFFD replaces at `text`, where no well-formed character begins: as many as could
+/// begin one, and at least one. utf8::replace_invalid differs: it skips all continuation bytes that follow.
 std::ptrdiff_t GetLengthOfMaximalSubpart(const char* text, const char* end) noexcept {
   if (!IsBetween(*text, 0xC2, 0xF4) || end - text < 2) return 1;
   const auto lead = static_cast<unsigned char>(*text);
-  // These four leads narrow what may follow: the rest would be overlong, a surrogate, or past U+10FFFF.
+  // After these four lead bytes fewer second bytes are allowed: others would be overlong, a surrogate, or
+  // past U+10FFFF.
   const unsigned low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
   const unsigned high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
   if (!IsBetween(text[1], low, high)) return 1;

@@ -39,7 +39,7 @@ milliseconds ToMilliseconds(double seconds) noexcept {
   constexpr milliseconds FIRST = std::chrono::days(GetDays(1, 1, 1));
   constexpr milliseconds LAST = std::chrono::days(GetDays(10000, 1, 1)) - milliseconds(1);
   if (std::isnan(seconds)) return milliseconds(0);
-  // Clamped as a floating-point number first: what is beyond the limits need not fit an integer.
+  // Clamped as a floating-point number first: a value beyond the limits may not fit an integer.
   const double count = std::clamp(seconds * 1000.0, FIRST.count() - 1.0, LAST.count() + 1.0);
   return std::clamp(milliseconds(std::llround(count)), FIRST, LAST);
 }

@@ -13,7 +13,7 @@ namespace YDataType {
 
 namespace {
 
-/// The C library's own note of the zone. It changes when the host calls `tzset` after a change of `TZ`.
+/// What the C library shows of the zone. It changes when the host calls `tzset` after a change of `TZ`.
 struct Zone {
   long secondsWest;
   const char* standardName;
@@ -32,8 +32,8 @@ struct Answer {
 // Nothing to construct or destroy: threads log while their own thread-local objects are destroyed.
 constinit thread_local Answer gsLastAnswer{};
 
-/// Atomic, because threads that do not know our lock may make the C library write these. Relaxed: a late
-/// view costs a fresh computation or, at worst, shows a change of zone one second later.
+/// Atomic, because threads that do not take our lock may make the C library write these. Relaxed: a late read
+/// costs one more computation or, at worst, shows a change of zone one second later.
 template <class T>
 T LoadRelaxed(T& variable) noexcept {
   return std::atomic_ref<T>(variable).load(std::memory_order_relaxed);
@@ -43,7 +43,7 @@ Zone GetZone() noexcept {
   return {LoadRelaxed(::timezone), LoadRelaxed(::tzname[0]), LoadRelaxed(::tzname[1])};
 }
 
-// Held around the C library's lock on the zone, so that none of our threads has that at a fork.
+// Held around the C library's lock on the zone, so that none of our threads holds that during a fork.
 constinit YBase::NeverDestroyed<YSynch::CriticalSection> gsZoneLock(YSynch::LOCK_STACK_CATEGORY_CLASS);
 
 std::tm BreakDown(std::chrono::sys_seconds instant) noexcept {
@@ -56,8 +56,8 @@ std::tm BreakDown(std::chrono::sys_seconds instant) noexcept {
   return parts;
 }
 
-/// How much of an offset, in minutes, is daylight saving. The standard offset that the C library tells is
-/// that of one era of the zone, and may be far from the instant's.
+/// How much of an offset, in minutes, is daylight saving. The standard offset that the C library reports
+/// belongs to one era of the zone, and may differ from that of the instant.
 int GetDaylightSaving(const std::tm& parts, int offset, long secondsWest) noexcept {
   constexpr int LARGEST_EVER = 120;
   if (parts.tm_isdst <= 0) return 0;
@@ -66,7 +66,7 @@ int GetDaylightSaving(const std::tm& parts, int offset, long secondsWest) noexce
 }
 
 CivilTime ToCivilTime(const std::tm& parts, long secondsWest) noexcept {
-  // Some zones of the past were off by seconds, too; those are in the time of day and not in the offset.
+  // Some zones of the past had offsets with seconds. Those are part of the time of day, not of the offset.
   const int offset = static_cast<int>(parts.tm_gmtoff / 60);
   const int daylightSaving = GetDaylightSaving(parts, offset, secondsWest);
   return {
@@ -75,7 +75,7 @@ CivilTime ToCivilTime(const std::tm& parts, long secondsWest) noexcept {
       .day = parts.tm_mday,
       .hour = parts.tm_hour,
       .minute = parts.tm_min,
-      // A zone that counts leap seconds shows 60, which no text of ours can hold.
+      // A zone that counts leap seconds shows 60, which our texts cannot represent.
       .second = std::min(parts.tm_sec, 59),
       .millisecond = 0,
       .standardOffset = offset - daylightSaving,
@@ -86,8 +86,8 @@ CivilTime ToCivilTime(const std::tm& parts, long secondsWest) noexcept {
 }  // namespace
 
 CivilTime GetLocalTime(std::chrono::sys_seconds instant) noexcept {
-  // The zone is noted before the question: if it changes in between, the answer is not taken for the new
-  // zone's the next time.
+  // The zone is read before the computation: if it changes in between, the result is not mistaken for one of
+  // the new zone.
   const Zone zone = GetZone();
   Answer& last = gsLastAnswer;
   if (!last.given || last.instant != instant || last.zone != zone) {

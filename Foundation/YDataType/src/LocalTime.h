@@ -11,8 +11,8 @@ namespace YDataType {
 ///
 /// Each thread remembers its last result, so that all but the first call for a second are cheap.
 ///
-/// Threads: any, also before `main` and while a thread's own objects are destroyed. A fork waits for a
-/// thread that is asking the C library, since its lock on the zone would stay taken in the child.
+/// Threads: any, also before `main` and while a thread's own objects are destroyed. A fork waits for a thread
+/// that is calling the C library, whose lock on the zone would otherwise stay locked in the child.
 CivilTime GetLocalTime(std::chrono::sys_seconds instant) noexcept;
 
 }  // namespace YDataType

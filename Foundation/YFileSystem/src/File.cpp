@@ -12,7 +12,7 @@ namespace YFileSystem::File {
 
 namespace {
 
-/// Returns 0 where nothing stands at the path any more, else the error number.
+/// Returns 0 if there is nothing at the path, otherwise the error number.
 int Remove(const std::string& path) noexcept {
   if (FileOperations::GetCurrent().Unlink(path.c_str()) == 0) return 0;
   return errno == ENOENT || errno == ENOTDIR ? 0 : errno;

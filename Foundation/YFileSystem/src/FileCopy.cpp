@@ -23,7 +23,7 @@ namespace YFileSystem {
 namespace {
 
 constexpr mode_t INCOMPLETE = S_IWUSR;
-// What `fchown` takes for an owner or a group that stays.
+// Makes `fchown` keep the owner or the group.
 constexpr unsigned UNCHANGED = static_cast<unsigned>(-1);
 constexpr unsigned ANY_READ = S_IRUSR | S_IRGRP | S_IROTH;
 
@@ -54,7 +54,8 @@ FileCopy::~FileCopy() {
   try {
     Delete();
   } catch (...) {
-    // The failure that led here is the one to report; a copy that stays is judged by the next rotation.
+    // The failure that led here is the one to report. If the copy cannot be deleted, the next rotation
+    // examines it.
   }
 }
 
@@ -80,7 +81,7 @@ std::optional<FileCopy> FileCopy::Find(const wchar_t* path, UpdateableFile& orig
     if (found->mType == FileFacts::Type::DIRECTORY) {
       ThrowFailure(FUNCTION_NAME, "open", YBase::WideCharToUTF8(path), EISDIR);
     }
-    // Another name of the original is not opened: its lock would be waited for while it is held here.
+    // Another name of the original is not opened: this would wait for a lock that it holds itself.
     if (found->mType != FileFacts::Type::REGULAR || found->mIdentity == original.Query().mIdentity) {
       File::Delete(path);
       continue;
@@ -94,7 +95,7 @@ std::optional<FileCopy> FileCopy::Find(const wchar_t* path, UpdateableFile& orig
   return std::nullopt;
 }
 
-/// None where the name does not lead to a file any more.
+/// None if the name no longer leads to a file.
 std::optional<FileCopy> FileCopy::Open(const wchar_t* path, const FileFacts& found) {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Find";
   const int flags =
@@ -110,7 +111,7 @@ std::optional<FileCopy> FileCopy::Open(const wchar_t* path, const FileFacts& fou
   return copy;
 }
 
-/// Waits for the lock. False where the name does not lead to this copy any more.
+/// Waits for the lock. False if the name no longer leads to this copy.
 bool FileCopy::LockUnlessRenamed() {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Lock";
   if (FileOperations::Call(&FileOperations::Lock, mDescriptor.Get(), LOCK_EX) != 0) {
@@ -123,7 +124,7 @@ bool FileCopy::LockUnlessRenamed() {
 }
 
 bool FileCopy::Fill(UpdateableFile& original) {
-  // A file-size limit of the process is to be an error, not a signal that ends it.
+  // Exceeding the process's file-size limit must be an error, not a signal that ends the process.
   const YBase::SignalGuard guard(SIGXFSZ);
   const auto buffer = std::make_unique<char[]>(BUFFER_SIZE);
   original.SetPosition(0);
@@ -142,7 +143,7 @@ void FileCopy::Complete(UpdateableFile& original) {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Complete";
   const FileFacts wanted = original.Query();
   unsigned permissions = wanted.mPermissions;
-  // The group first: another one than the original's must not get the permissions of that.
+  // The group first: if it cannot be set, another group must not get its permissions.
   if (wanted.mGroup != mFacts.mGroup && !ChangeOwner(mDescriptor, UNCHANGED, wanted.mGroup)) {
     permissions &= ~static_cast<unsigned>(S_IRWXG);
   }
@@ -151,7 +152,7 @@ void FileCopy::Complete(UpdateableFile& original) {
     Fail(FUNCTION_NAME, "set the permissions of", errno);
   }
   mFacts.mPermissions = permissions;
-  // The owner last: whoever gives a file away may not change its permissions any more.
+  // The owner last: after giving a file away, a process may no longer change its permissions.
   if (wanted.mOwner != mFacts.mOwner) ChangeOwner(mDescriptor, wanted.mOwner, UNCHANGED);
 }
 
@@ -173,7 +174,7 @@ bool FileCopy::IsBeginningOf(UpdateableFile& original) {
   return true;
 }
 
-/// As many bytes as there are, at least one.
+/// Reads as many bytes as there are, at least one.
 std::size_t FileCopy::ReadAt(std::uint64_t position, char* buffer, std::size_t size) const {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::FileCopy::Read";
   const ssize_t count =

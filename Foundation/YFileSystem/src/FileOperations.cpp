@@ -60,13 +60,13 @@ class SystemFileOperations final : public FileOperations {
   std::chrono::nanoseconds GetCoarseTime() noexcept override { return Platform::GetCoarseTime(); }
 };
 
-// Both constant-initialised and never destroyed: messages may be logged before `main` and after it.
+// Both are constant-initialised and never destroyed: messages may be logged before `main` and after it.
 constinit SystemFileOperations gsSystemFileOperations;
 constinit std::atomic<FileOperations*> gspCurrentFileOperations{&gsSystemFileOperations};
 
 }  // namespace
 
-// Acquire and release: operations are complete for the thread that finds them.
+// Acquire and release: a thread that finds the operations finds them complete.
 FileOperations& FileOperations::GetCurrent() noexcept {
   return *gspCurrentFileOperations.load(std::memory_order_acquire);
 }

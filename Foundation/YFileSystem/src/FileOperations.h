@@ -12,19 +12,18 @@
 
 namespace YFileSystem {
 
-/// The owner writes and the group reads, less what the process's umask takes away: a log may hold what is
-/// nobody else's business.
+/// The owner may write and the group may read, less the process's umask: a log may contain confidential data.
 inline constexpr mode_t NEW_FILE_MODE = S_IRUSR | S_IWUSR | S_IRGRP;
 
-/// The calls to the operating system that this library makes about files. White-box tests put others in their
-/// place, to count them and to let them fail.
+/// The calls to the operating system that this library makes about files. White-box tests replace them, to
+/// count them and to make them fail.
 ///
-/// Ownership: whoever replaces the current operations keeps the new ones alive while they are current.
+/// Ownership: the caller that replaces the operations keeps the new ones alive while they are in use.
 ///
-/// Threads: any; replaced ones may still be called by a thread that was on its way to them. All calls
-/// expect a thread that cannot be cancelled (`YBase::CancellationGuard`).
+/// Threads: any. A thread that has just read which operations are in use may still call ones that were
+/// replaced. The calling thread must not be cancellable (`YBase::CancellationGuard`).
 ///
-/// Failure: as the system's: -1 is returned, and `errno` says why. An interrupted call is not repeated here.
+/// Failure: as for system calls: -1 is returned and `errno` is set. An interrupted call is not repeated here.
 class FileOperations {
  public:
   FileOperations(const FileOperations&) = delete;
@@ -51,12 +50,12 @@ class FileOperations {
   virtual std::chrono::nanoseconds GetCoarseTime() noexcept = 0;
 
   static FileOperations& GetCurrent() noexcept;
-  /// Makes one of the calls by the current operations, and again as long as a signal interrupts it.
+  /// Makes one of the calls, and repeats it as long as a signal interrupts it.
   template <class Operation, class... Arguments>
   static auto Call(Operation operation, Arguments&&... arguments) noexcept {
     return YBase::Uninterrupted([&] { return (GetCurrent().*operation)(arguments...); });
   }
-  /// Returns those that are replaced.
+  /// Returns the operations that were replaced.
   static FileOperations& SetCurrent(FileOperations& operations) noexcept;
 
  protected:

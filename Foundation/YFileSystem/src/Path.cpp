@@ -17,8 +17,8 @@ namespace YFileSystem::Path {
 
 namespace {
 
-/// Without the separators that the standard's normal form keeps at the end of what names a directory, and
-/// libstdc++ also at the root.
+/// Removes the separator that the standard's normal form keeps at the end of a directory's name, and those
+/// that libstdc++ keeps at the root.
 std::string Normalise(const std::string& path) {
   std::string text = std::filesystem::path(path).lexically_normal().native();
   while (text.size() > 1 && text.back() == '/') text.pop_back();
@@ -35,7 +35,7 @@ bool IsOfType(const wchar_t* path, FileFacts::Type type) {
 
 YBase::ReturnWString Combine(const wchar_t* base, const wchar_t* relative) {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::Path::Combine";
-  // As a text, to be taken apart anew: libstdc++ keeps both separators of "//" when a name is put below it.
+  // Joined as text and parsed again: libstdc++ keeps both separators when a name is appended to "//".
   const std::filesystem::path path =
       std::filesystem::path(YBase::WideCharToUTF8(base)) / YBase::WideCharToUTF8(relative);
   const std::string combined = Normalise(path.native());
@@ -49,7 +49,7 @@ YBase::ReturnWString GetDirname(const wchar_t* path) {
   const std::size_t separator = text.rfind(L'/');
   if (separator == std::wstring_view::npos) return {};
   const std::size_t last = text.find_last_not_of(L'/', separator);
-  // Nothing but separators stands before it: the root.
+  // Only separators precede it: the root.
   if (last == std::wstring_view::npos) return L"/";
   return YBase::ReturnWString(text.substr(0, last + 1));
 }

@@ -28,7 +28,7 @@ UpdateableFile_Impl::~UpdateableFile_Impl() {
 
 void UpdateableFile_Impl::Open() {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::OpenUpdateableFile";
-  // Not blocking, because what stands at the path may be a pipe, or a device that takes its time.
+  // Non-blocking, because there may be a pipe or a slow device at the path.
   constexpr int FLAGS = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
   mDescriptor =
       YBase::Descriptor(FileOperations::Call(&FileOperations::Open, mPath.c_str(), FLAGS, NEW_FILE_MODE));
@@ -48,8 +48,8 @@ void UpdateableFile_Impl::OpenUnlessOpen() {
   if (!mDescriptor) Open();
 }
 
-/// A lock belongs to the open file, which parent and child would share: each would hold it with the other,
-/// and a child that never needs the file would keep the lock of a parent that died.
+/// A lock belongs to the open file, which parent and child would share: it would not exclude them from each
+/// other, and a child that never uses the file would keep the lock of a parent that has died.
 void UpdateableFile_Impl::AfterForkInChild() noexcept {
   mDescriptor.Close();
 }
@@ -84,22 +84,21 @@ FileFacts UpdateableFile_Impl::Query() {
 void UpdateableFile_Impl::Append(std::uint64_t size, std::string_view text) {
   static constexpr const char* FUNCTION_NAME = "YFileSystem::UpdateableFile_Impl::Append";
   OpenUnlessOpen();
-  // A file-size limit of the process is to be an error, not a signal that ends it.
+  // Exceeding the process's file-size limit must be an error, not a signal that ends the process.
   std::optional<YBase::SignalGuard> guard;
   if (mFileSizeLimit.IsPassedBy(size + text.size())) guard.emplace(SIGXFSZ);
   std::string_view rest = text;
   const int error = Write(rest);
   if (error == 0) return;
 
-  // Before anything is said about it, which needs memory.
+  // Before the failure is reported, because that needs memory.
   const int second = rest.size() != text.size() ? TruncateTo(size) : 0;
   std::string reason = ReasonOf(error);
   if (second != 0) reason += "; what was written stays, because it cannot be cut off: " + ReasonOf(second);
   ThrowFailure(FUNCTION_NAME, "write to", mPath, reason);
 }
 
-/// Takes from `rest` what has been written. Returns 0 when that is all of it, else the number of the error
-/// that ended it.
+/// Removes from `rest` what has been written. Returns 0 if that is everything, otherwise the error number.
 int UpdateableFile_Impl::Write(std::string_view& rest) const noexcept {
   while (!rest.empty()) {
     const ssize_t written =

@@ -47,7 +47,7 @@ std::string Escape(const std::string& text) {
 }  // namespace
 
 std::vector<YBase::ReturnString> CatalogueFaults::Take() {
-  // Those of a line stay in the order in which they were found.
+  // The faults of a line stay in the order in which they were found.
   std::stable_sort(mFaults.begin(), mFaults.end(), [](const Fault& left, const Fault& right) {
     return std::tie(left.path, left.line) < std::tie(right.path, right.line);
   });

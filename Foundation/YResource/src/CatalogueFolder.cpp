@@ -21,7 +21,7 @@ namespace YResource {
 namespace {
 
 bool IsCatalogueName(const std::string& name) {
-  // What begins with a dot belongs to an editor or a version control system.
+  // A file whose name begins with a dot belongs to an editor or a version control system.
   return name.ends_with(".json") && !name.starts_with('.');
 }
 
@@ -67,10 +67,10 @@ std::string Describe(const std::set<std::size_t>& places) {
   return text.empty() ? "none" : text;
 }
 
-/// Arguments of a message are the same in every language: a place that is missing would lose one, a place too
-/// many would stay as written.
+/// The arguments of a message are the same in every language: without a placeholder one would be lost, and a
+/// placeholder without an argument would be shown as it is.
 void CheckPlaceholders(const std::vector<Catalogue>& catalogues, CatalogueFaults& faults) {
-  // The neutral catalogue is the first; what it lacks is compared with the first translation instead.
+  // The neutral catalogue is the first. A text that it lacks is compared with the first translation instead.
   std::map<unsigned, std::pair<std::set<std::size_t>, const Catalogue*>> references;
   for (const Catalogue& catalogue : catalogues) {
     for (const CatalogueText& text : catalogue.texts) {

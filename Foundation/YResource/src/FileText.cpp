@@ -16,8 +16,7 @@ namespace YResource {
 
 namespace {
 
-// Far beyond any catalogue: what is larger is something else by mistake, and would hold up the start of a
-// server.
+// Far larger than any catalogue: a larger file is there by mistake and would delay the start of a server.
 constexpr off_t MAXIMUM_SIZE = 16 << 20;
 
 std::string DescribeError() {
@@ -48,7 +47,7 @@ std::optional<std::string> ReadFileText(const std::string& path, CatalogueFaults
   if (!file || ::fstat(file.Get(), &status) != 0) return refuse(DescribeError());
   if (!S_ISREG(status.st_mode)) return refuse("is not a regular file");
   if (status.st_size > MAXIMUM_SIZE) return refuse("is larger than 16 MiB");
-  // One byte more than the file has, which is filled only if it grows.
+  // One byte more than the file has. It is filled only if the file grows.
   std::string text(static_cast<std::size_t>(status.st_size) + 1, '\0');
   const ssize_t length = ReadAll(file.Get(), text);
   if (length < 0) return refuse(DescribeError());

@@ -16,7 +16,7 @@ namespace YResource {
 
 namespace {
 
-/// The first fault after the name of the function, the others beneath it.
+/// The first fault after the name of the function, the others on the lines below.
 [[noreturn]] void ThrowFaults(const char* functionName, const std::vector<YBase::ReturnString>& faults) {
   YBase::Message message((std::string(functionName) + ": " + faults.front()).c_str());
   for (std::size_t i = 1; i < faults.size(); ++i) {

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int UNKNOWN = -1;
 
-// Relaxed throughout: a number that orders nothing else.
+// Relaxed throughout: nothing else depends on this number.
 std::atomic<int> gsProcessLanguage{UNKNOWN};
 
 unsigned short GetLanguageOfEnvironment() {
@@ -37,7 +37,7 @@ unsigned short GetLanguageID(const char* locale) {
 
 YBase::ReturnString GetLocaleName(unsigned short language) {
   std::string name = GetICUName(language);
-  // Some have a collation behind them, which is no matter of language.
+  // Some end in a collation, which does not matter here.
   name.resize(std::min(name.find('@'), name.size()));
   std::replace(name.begin(), name.end(), '_', '-');
   return name;
@@ -47,7 +47,7 @@ unsigned short GetProcessLanguageID() {
   int language = gsProcessLanguage.load(std::memory_order_relaxed);
   if (language == UNKNOWN) {
     const int found = GetLanguageOfEnvironment();
-    // A language that was set in the meantime stays, and is what the exchange leaves in the variable.
+    // If a language was set in the meantime it stays, and the exchange stores it in the variable.
     if (gsProcessLanguage.compare_exchange_strong(language, found, std::memory_order_relaxed))
       language = found;
   }

@@ -12,15 +12,14 @@ namespace YResource {
 
 namespace {
 
-// A language is a family in the low bits and a variant of it in the others; variant 0 is there for every
-// family.
+// The low bits of a language are its family, the others a variant. Variant 0 exists for every family.
 constexpr unsigned FAMILIES = 0x400;
 constexpr unsigned VARIANTS = 0x40;
 
 constinit YBase::NeverDestroyed<YSynch::CriticalSection> gsLock(YSynch::LOCK_STACK_CATEGORY_CLASS);
 constinit const LanguageParents* gspLanguageParents YSYNCH_GUARDED_BY(*gsLock) = nullptr;
 
-/// Each step makes the name shorter, so that no chain of parents is a circle.
+/// Each step makes the name shorter, so a chain of parents always ends.
 unsigned short FindParent(const std::string& name) {
   std::string parent = name;
   while (!parent.empty()) {
@@ -52,7 +51,7 @@ LanguageParents::LanguageParents() {
 }
 
 const LanguageParents& LanguageParents::Get() {
-  // Held while ICU is asked, so that no child of a fork inherits ICU's own lock in a locked state.
+  // Held while ICU is called, so that no child of a fork inherits ICU's lock in a locked state.
   const YSynch::CriticalSection::SmartLock lock(*gsLock);
   if (gspLanguageParents == nullptr) gspLanguageParents = new LanguageParents;
   return *gspLanguageParents;

@@ -29,14 +29,15 @@ YBase::SmartPtrI<Localizer_Impl> GetLocalizerOfProcess() {
 YBase::ReturnString Localizer_Impl::GetText(unsigned domain, unsigned id, unsigned short language) const {
   const YBase::SmartPtrI<Bundle> bundle = FindBundle(domain);
   if (!bundle) return {};
-  // Ours are asked for just this language: the message's own texts in the parents come before the bundle's.
+  // Our bundles are queried for just this language, because the message's own texts in its parents have
+  // precedence over the bundle's.
   if (const auto* table = dynamic_cast<const TableBundle*>(bundle.Get()))
     return table->FindText(id, language);
   return bundle->GetString(id, language, "");
 }
 
 void Localizer_Impl::SetBundle(unsigned domain, YBase::SmartPtrI<Bundle> bundle) {
-  // The old bundle leaves in `bundle`, which is released after the lock: that may run client code.
+  // `bundle` now holds the old bundle and is released after the lock: that may run client code.
   const YSynch::RWLock::WriteSmartLock lock(mLock);
   std::swap(mBundles[domain], bundle);
 }

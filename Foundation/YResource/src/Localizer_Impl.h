@@ -23,7 +23,7 @@ class Localizer_Impl final : public YBase::Localizer,
     return mParents.GetParent(language);
   }
 
-  /// Null takes away the bundle of a domain.
+  /// Null removes the bundle of a domain.
   ///
   /// Failure: `std::bad_alloc`; everything stays as it was.
   void SetBundle(unsigned domain, YBase::SmartPtrI<Bundle> bundle);
@@ -35,7 +35,7 @@ class Localizer_Impl final : public YBase::Localizer,
 
   const LanguageParents& mParents;
   mutable YSynch::RWLock mLock{YSynch::LOCK_STACK_CATEGORY_CLASS};
-  // Null for a domain whose bundle was taken away.
+  // Null for a domain whose bundle was removed.
   std::map<unsigned, YBase::SmartPtrI<Bundle>> mBundles YSYNCH_GUARDED_BY(mLock);
 };
 

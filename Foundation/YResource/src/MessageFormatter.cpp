@@ -15,7 +15,7 @@ namespace YResource {
 
 namespace {
 
-// Room for any number; the longest shortest texts are those of `long double`, and have half of that.
+// Room for any number: even the shortest exact text of a `long double` needs at most half of it.
 using NumberStorage = char[64];
 
 template <class Number>
@@ -31,7 +31,7 @@ std::string_view ToDecimalText(NumberStorage& storage, unsigned long long magnit
   return {begin, static_cast<std::size_t>(end - begin)};
 }
 
-/// The argument of a number from 1 on, out of texts that each follow their length.
+/// The argument with this number, from 1 on. Each argument is stored as its length followed by its text.
 std::optional<std::string_view> FindArgument(std::string_view arguments, std::size_t number) noexcept {
   while (!arguments.empty()) {
     std::size_t length;
@@ -43,7 +43,7 @@ std::optional<std::string_view> FindArgument(std::string_view arguments, std::si
   return std::nullopt;
 }
 
-/// Appends what the percent sign at the beginning of `rest` stands for. Returns how much of it that took.
+/// Appends what the percent sign at the beginning of `rest` means. Returns how many characters were used.
 std::size_t AppendPlaceholder(std::string_view rest, std::string_view arguments, FormattedText& text) {
   if (rest.starts_with("%%")) {
     text.Append('%');
@@ -131,7 +131,7 @@ MessageFormatter& MessageFormatter::AddArgument(std::string_view text) {
   const std::size_t length = text.size();
   char lengthBytes[sizeof length];
   std::memcpy(lengthBytes, &length, sizeof length);
-  // First, so that memory cannot run out between the two halves of an argument.
+  // Reserved first, so that memory cannot run out between the two parts of an argument.
   mArguments.Reserve(sizeof length + length);
   mArguments.Append({lengthBytes, sizeof length});
   mArguments.Append(text);

@@ -6,7 +6,7 @@
 namespace YResource {
 
 Placeholder ReadPlaceholder(std::string_view rest) noexcept {
-  // A number too large for the variable is nevertheless read to its end, and stays 0.
+  // A number that is too large is read to its end nevertheless, and the variable stays 0.
   std::size_t number = 0;
   const char* const end = std::from_chars(rest.data() + 1, rest.data() + rest.size(), number).ptr;
   return {number, static_cast<std::size_t>(end - rest.data())};

@@ -6,16 +6,17 @@
 
 namespace YResource {
 
-/// Where a template has an argument: "%1".
+/// A placeholder of a template, such as "%1".
 struct Placeholder {
-  /// Of the argument, from 1 on; 0 for a percent sign that begins no placeholder and is shown as it is.
+  /// The number of the argument, from 1 on. 0 for a percent sign that does not begin a placeholder and is
+  /// shown as it is.
   std::size_t number;
-  /// How many characters it has.
+  /// The number of its characters.
   std::size_t length;
 };
 
-/// Reads the placeholder that the percent sign at the beginning of `rest` begins. \pre `rest` does not begin
-/// with "%%".
+/// Reads the placeholder at the beginning of `rest`, which is a percent sign. \pre `rest` does not begin with
+/// "%%".
 Placeholder ReadPlaceholder(std::string_view rest) noexcept;
 
 /// The numbers of all placeholders of a template.

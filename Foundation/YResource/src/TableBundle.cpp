@@ -10,7 +10,7 @@ namespace YResource {
 Bundle::~Bundle() = default;
 
 TableBundle::TableBundle(unsigned domain) : mDomain(domain), mParents(LanguageParents::Get()) {
-  // Found now, so that the first lookup does not have to ask ICU.
+  // Computed now, so that the first lookup does not have to call ICU.
   GetProcessLanguageID();
 }
 
@@ -28,7 +28,7 @@ YBase::ReturnString TableBundle::GetString(unsigned id, unsigned short language,
   }
   if (!text.empty()) return text;
   if (defaultText != nullptr && *defaultText != '\0') return defaultText;
-  // Rather this than a record that says nothing.
+  // Better than an empty record.
   YBase::Message message;
   message.SetDomainAndID(mDomain, id);
   return YBase::FormatMessage(message, 0);

@@ -13,21 +13,21 @@
 
 namespace YResource {
 
-/// The part of a bundle that holds its texts, whatever interface it shows.
+/// The part of a bundle that holds its texts, whatever its interface.
 class TableBundle : public virtual Bundle, public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
   MessageTemplate GetMessageTemplate(unsigned id, unsigned short language,
                                      const char* defaultTemplate) const override;
   YBase::ReturnString GetString(unsigned id, unsigned short language, const char* defaultText) const override;
 
-  /// The text in just this language, or an empty one.
+  /// The text in exactly this language, or an empty one.
   std::string FindText(unsigned id, unsigned short language) const;
 
  protected:
   explicit TableBundle(unsigned domain);
   ~TableBundle() override = default;
 
-  /// An empty text takes away the one that is there.
+  /// An empty text removes the text.
   ///
   /// Failure: `std::bad_alloc`; the texts stay as they were.
   void Set(unsigned id, unsigned short language, std::string text);

@@ -52,7 +52,7 @@ void CriticalSection::Unlock() noexcept {
   YBase::Check(pthread_mutex_unlock(&mMutex));
 }
 
-// Taken here and given back there: no scope to be checked.
+// Taken before the fork and released after it, which the analysis cannot follow.
 bool CriticalSection::TryLockForFork() noexcept {
   return TryLock();
 }

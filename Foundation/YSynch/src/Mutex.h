@@ -8,8 +8,8 @@
 
 namespace YSynch {
 
-/// A plain lock that is ready before any code has run and that nobody has to destroy: for what the locks of
-/// this library themselves stand on.
+/// A plain lock that is usable before any code has run and need not be destroyed. The locks of this library
+/// are built on it.
 class YSYNCH_CAPABILITY("mutex") Mutex {
  public:
   constexpr Mutex() noexcept = default;
@@ -18,7 +18,7 @@ class YSYNCH_CAPABILITY("mutex") Mutex {
 
   void Lock() noexcept YSYNCH_ACQUIRE() { YBase::Check(pthread_mutex_lock(&mMutex)); }
   void Unlock() noexcept YSYNCH_RELEASE() { YBase::Check(pthread_mutex_unlock(&mMutex)); }
-  /// Gives it back, sleeps until the condition is signalled, and takes it again.
+  /// Releases the lock, sleeps until the condition is signalled, and takes the lock again.
   void Wait(pthread_cond_t& condition) noexcept YSYNCH_REQUIRES(this) {
     const YBase::CancellationGuard cancellationGuard;
     YBase::Check(pthread_cond_wait(&condition, &mMutex));

@@ -70,8 +70,8 @@ void RWLock::UnlockAfterFork() noexcept {
 }
 
 void RWLock::UnlockInChild() noexcept {
-  // The C library may know a writer by the kernel's number of its thread. The forking thread has a new one
-  // in the child, and would be taken for a reader: so what the unlock leaves behind is made anew.
+  // The C library may identify a writer by the kernel's ID of its thread, and that of the forking thread is
+  // different in the child. Unlocking would then treat it as a reader. So the lock is initialised again.
   YBase::Check(pthread_rwlock_unlock(&mLock));
   YBase::Check(pthread_rwlock_destroy(&mLock));
   Initialize(mLock);

@@ -86,10 +86,10 @@ void ThreadTables::Remove(Table& table) noexcept {
   IntrusiveList::Remove(&mpTables, table);
 }
 
-/// The system calls this again, a few times, for threads that get themselves a new table in the end. A table
-/// made after the last of these calls stays, though what it holds goes with the storages.
+/// If a thread gets another table while this runs, the system calls this again, a few times. A table that is
+/// made after the last call is leaked, but its values are disposed of with the storages.
 void ThreadTables::EndOfThread(void* own) noexcept {
-  // First, so that a context that logs on its way out is given a new table instead of this one.
+  // First, so that a context that logs while it is destroyed gets a new table instead of this one.
   spOwn = nullptr;
   const std::unique_ptr<Table> table(static_cast<Table*>(own));
   Get().Remove(*table);
@@ -98,8 +98,8 @@ void ThreadTables::EndOfThread(void* own) noexcept {
   }
 }
 
-/// What the other threads were doing to their contexts they will never finish: the contexts may be half
-/// changed, so nobody touches them any more, not even to free them.
+/// The other threads do not exist in the child, and may have been changing their contexts. So these are never
+/// touched again, not even to free them.
 void ThreadTables::AfterForkInChild() noexcept YSYNCH_NO_THREAD_SAFETY_ANALYSIS {
   for (Table* table = mpTables; table != nullptr; table = table->mpNext) {
     table->mbAbandoned = table->mbAbandoned || table != spOwn;

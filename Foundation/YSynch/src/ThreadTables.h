@@ -11,19 +11,20 @@
 
 namespace YSynch {
 
-/// What all storages keep for all threads: each thread has a table, each storage a slot in all of them.
+/// The values of all storages for all threads: each thread has a table, and each storage a slot in all of
+/// them.
 ///
-/// Threads: a thread reads and writes the values of its own table without a lock. Only the shape of a table
-/// changes under the lock, because a storage that is destroyed takes its values out of all of them.
+/// Threads: a thread reads and writes the values of its own table without a lock. A table is resized under
+/// the lock, because a storage that is destroyed removes its values from all tables.
 class ThreadTables final : private ForkParticipant {
  public:
-  /// The one of the process, ready before any code has run and never destroyed.
+  /// The tables of the process: usable before any code has run, and never destroyed.
   static ThreadTables& Get() noexcept;
 
   constexpr ThreadTables() noexcept = default;
 
-  /// Failure: `std::bad_alloc`; `YBase::ExceptionImpl<YBase::Message>` when the process has no
-  /// thread-specific key left.
+  /// Failure: `std::bad_alloc`; `YBase::ExceptionImpl<YBase::Message>` if the process has no thread-specific
+  /// key left.
   std::size_t TakeSlot();
   /// \pre No table holds a value there.
   void GiveSlotBack(std::size_t slot) noexcept;
@@ -37,7 +38,7 @@ class ThreadTables final : private ForkParticipant {
   /// The place of the calling thread's value. Failure: `std::bad_alloc`.
   ThreadContext*& GetPlace(std::size_t slot);
 
-  /// Takes the value of some thread out of a slot. Null when no thread has one.
+  /// Removes the value of some thread from a slot and returns it. Null if no thread has one.
   ThreadContext* TakeValue(std::size_t slot) noexcept;
 
  private:
@@ -55,7 +56,7 @@ class ThreadTables final : private ForkParticipant {
   void AfterForkInChild() noexcept override;
   static void EndOfThread(void* own) noexcept;
 
-  // Reached without a call, as `HeldLocks`.
+  // Accessed without a call, like `HeldLocks`.
   [[gnu::tls_model("initial-exec")]] static constinit thread_local Table* spOwn;
 
   CriticalSection mLock{LOCK_STACK_CATEGORY_CLASS};

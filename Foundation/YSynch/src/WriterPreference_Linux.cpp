@@ -5,7 +5,7 @@
 namespace YSynch {
 
 void PreferWriters(pthread_rwlockattr_t& attributes) noexcept {
-  // The kind whose name promises writers without "nonrecursive" prefers readers all the same.
+  // The kind that is named for writers without "nonrecursive" prefers readers nevertheless.
   YBase::Check(pthread_rwlockattr_setkind_np(&attributes, PTHREAD_RWLOCK_PREFER_WRITER_NONRECURSIVE_NP));
 }
 

@@ -2,7 +2,7 @@
 
 namespace YSynch {
 
-// Writers go first there in any case, and no attribute says so.
+// Writers always precede readers there, without an attribute.
 void PreferWriters(pthread_rwlockattr_t&) noexcept {}
 
 }  // namespace YSynch
