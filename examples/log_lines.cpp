@@ -126,7 +126,7 @@ std::size_t CountRecords(const std::filesystem::path& file, const std::set<pid_t
   std::size_t count = 0;
   for (std::string line; std::getline(input, line);) {
     const bool isRecord = header->FromString(line.c_str()) != 0;
-    if (isRecord && processes.count(static_cast<pid_t>(header->GetProcessID())) != 0) ++count;
+    if (isRecord && processes.contains(static_cast<pid_t>(header->GetProcessID()))) ++count;
   }
   return count;
 }

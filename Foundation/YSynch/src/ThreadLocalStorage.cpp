@@ -20,6 +20,7 @@ ThreadContext* ThreadLocalStorage::GetValue() const noexcept {
   return ThreadTables::GetValue(mSlot);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the value changes, although in the thread's table.
 void ThreadLocalStorage::SetValue(ThreadContext* context) {
   if (context == GetValue()) return;
   ThreadContext* previous = std::exchange(ThreadTables::Get().GetPlace(mSlot), context);
