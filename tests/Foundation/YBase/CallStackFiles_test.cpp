@@ -33,13 +33,13 @@ struct SeparateModule {
   std::filesystem::path debugFile;
 };
 
-/// Puts another file in the place of one that may be in use, as an upgrade does.
+/// Replaces a file that may be in use, as an upgrade does.
 void Replace(const std::filesystem::path& path) {
   std::filesystem::remove(path);
   std::ofstream(path) << "something else";
 }
 
-TEST(CallStackFiles, MayBeReplacedAfterTheFirstStack) {
+TEST(CallStackFiles, CanBeReplacedAfterTheFirstStack) {
   RunInNewProcess([] {
     const SeparateModule separate;
     const CallStackModule module(separate.path);

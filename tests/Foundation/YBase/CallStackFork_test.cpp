@@ -21,7 +21,7 @@ bool TakesStack() {
   return YBase::CreateCallStack().GetFrameCount() > 6;
 }
 
-/// Whether a child of a fork takes a stack. One that hangs is killed after a minute.
+/// Whether a forked child can take a stack. If it hangs, it is killed after a minute.
 bool TakesStackInChild() {
   return ChildProcess([] {
            alarm(60);
@@ -29,7 +29,7 @@ bool TakesStackInChild() {
          }).Wait() == 0;
 }
 
-TEST(CallStackFork, ChildTakesAStackWhileOthersTakeTheFirstOfTheProcess) {
+TEST(CallStackFork, ChildTakesAStackThoughForkedWhileOtherThreadsTakeTheFirst) {
   RunInNewProcess([] {
     constexpr auto work = [] {
       std::atomic<bool> isRunning = false;
@@ -42,17 +42,17 @@ TEST(CallStackFork, ChildTakesAStackWhileOthersTakeTheFirstOfTheProcess) {
       other.join();
       return succeeds ? 0 : 1;
     };
-    // Each round is a process without a stack so far.
+    // Each round is a process in which no stack has been taken yet.
     for (int round = 0; round != 10; ++round) ASSERT_EQ(ChildProcess(work).Wait(), 0);
   });
 }
 
-TEST(CallStackFork, ChildTakesAStackWhileOthersLookUp) {
+TEST(CallStackFork, ChildTakesAStackThoughForkedDuringLookups) {
   const BusyThreads others(3, TakesStack);
   for (int round = 0; round != 300; ++round) ASSERT_TRUE(TakesStackInChild());
 }
 
-TEST(CallStackFork, ForkDoesNotWaitForAThreadThatTakesStacksUnderALock) {
+TEST(CallStackFork, ForkDoesNotDeadlockWithAThreadThatTakesStacksUnderALock) {
   YSynch::CriticalSection section(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   const BusyThreads others(2, [&section] {
     const YSynch::CriticalSection::SmartLock lock(section);

@@ -27,7 +27,7 @@ std::map<std::string, std::string> GetClientFrames(const std::map<std::string, P
   return frames;
 }
 
-TEST(CallStackLines, ShowsFunctionsAndLinesWhereThereIsDebugInformation) {
+TEST(CallStackLines, ShowsFunctionsAndLinesIfThereIsDebugInformation) {
   auto frames = GetClientFrames(RunProgram(LINES_PROGRAM));
   EXPECT_THAT(frames["= before-main "],
               MatchesRegex(R"(orders::BeforeMain\(\) at /.*print_call_stack\.cpp:[0-9]+)"));
@@ -36,7 +36,7 @@ TEST(CallStackLines, ShowsFunctionsAndLinesWhereThereIsDebugInformation) {
   EXPECT_THAT(frames["= at-exit "], MatchesRegex(R"(orders::AtExit\(\) at /.*print_call_stack\.cpp:[0-9]+)"));
 }
 
-TEST(CallStackLines, ShowsInlinedFunctionsOfTheClientBeforeTheOneTheyWereInlinedInto) {
+TEST(CallStackLines, ShowsTheClientsInlinedFunctionsBeforeTheirCaller) {
   const auto stacks = RunProgram(LINES_PROGRAM);
   const std::vector<std::string>& frames = stacks.at("= main ").frames;
   EXPECT_THAT(frames.at(6), StartsWith("orders::TakeInline() at "));
@@ -44,7 +44,7 @@ TEST(CallStackLines, ShowsInlinedFunctionsOfTheClientBeforeTheOneTheyWereInlined
   EXPECT_THAT(frames.at(8), StartsWith("main at "));
 }
 
-TEST(CallStackLines, ShowsFunctionsAndOffsetsWhereThereAreSymbolsOnly) {
+TEST(CallStackLines, ShowsFunctionsAndOffsetsIfThereAreOnlySymbols) {
   auto frames = GetClientFrames(RunProgram(SYMBOLS_PROGRAM));
   const std::string place = R"(\(\) in print_call_stack_symbols\+0x[0-9a-f]+)";
   EXPECT_THAT(frames["= before-main "], MatchesRegex("orders::BeforeMain" + place));
@@ -52,7 +52,7 @@ TEST(CallStackLines, ShowsFunctionsAndOffsetsWhereThereAreSymbolsOnly) {
   EXPECT_THAT(frames["= at-exit "], MatchesRegex("orders::AtExit" + place));
 }
 
-TEST(CallStackLines, ShowsLinesOfAModuleThatIsLoadedAtTheFirstStack) {
+TEST(CallStackLines, ShowsLinesOfAModuleLoadedBeforeTheFirstStack) {
   RunInNewProcess([] {
     const std::vector<std::string> frames = CallStackModule(FIRST_MODULE).GetFrames();
     EXPECT_THAT(frames,
@@ -61,7 +61,7 @@ TEST(CallStackLines, ShowsLinesOfAModuleThatIsLoadedAtTheFirstStack) {
   });
 }
 
-TEST(CallStackLines, ShowsLinesOfAModuleThatComesBack) {
+TEST(CallStackLines, ShowsLinesOfAModuleThatIsLoadedAgain) {
   RunInNewProcess([] {
     std::array<void*, 2> places;
     std::array<std::vector<std::string>, 2> frames;
@@ -70,7 +70,7 @@ TEST(CallStackLines, ShowsLinesOfAModuleThatComesBack) {
       places[i] = module.Address();
       frames[i] = module.GetFrames();
     }
-    ASSERT_EQ(places[0], places[1]) << "The loader put it elsewhere: this shows nothing.";
+    ASSERT_EQ(places[0], places[1]) << "The loader put it elsewhere, so this proves nothing.";
     EXPECT_EQ(frames[0], frames[1]);
     EXPECT_THAT(frames[0], Contains(AllOf(StartsWith("first::Exported("), HasSubstr("module.cpp:"))));
   });

@@ -28,7 +28,7 @@ TEST(CallStackLoading, StaticObjectTakesAStackWhileItsModuleIsLoaded) {
 }
 
 // While a static object is constructed, the loader holds a lock that threads need when they look up frames.
-TEST(CallStackLoading, StaticObjectTakesAStackWhileOthersLookUp) {
+TEST(CallStackLoading, StaticObjectTakesAStackWhileOtherThreadsLookUpFrames) {
   YBase::CreateCallStack();
   const CallStackModule loadedLater(FIRST_MODULE);
   alarm(100);

@@ -20,14 +20,14 @@ long GetResidentKiB() {
   return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
-/// Touches what every thread needs in any case: pages of its stack, and a part of the heap.
+/// Touches what every thread needs in any case: pages of its stack and part of the heap.
 void TouchStackAndHeap() {
   std::array<volatile char, 64 * 1024> pages;
   for (std::size_t i = 0; i < pages.size(); i += 1024) pages[i] = 1;
   const std::vector<std::string> blocks(100, std::string(300, 'x'));
 }
 
-/// What the process gains while forty threads take a stack at once, all of them still there.
+/// How much the process grows while forty concurrent threads take a stack, measured before any of them ends.
 long GetGainOfFortyThreadsKiB() {
   constexpr int COUNT = 40;
   std::latch ready(COUNT + 1);
@@ -54,14 +54,14 @@ long GetGainOfFortyThreadsKiB() {
   return gain;
 }
 
-TEST(CallStackMemory, FortyThreadsNeedNoMoreThanOne) {
+TEST(CallStackMemory, FortyThreadsNeedHardlyMoreThanOne) {
   TouchStackAndHeap();
   const long before = GetResidentKiB();
   std::jthread([] { YBase::CreateCallStack(); }).join();
   RecordProperty("first_stack_kib", static_cast<int>(GetResidentKiB() - before));
   const long gain = GetGainOfFortyThreadsKiB();
   RecordProperty("forty_threads_kib", static_cast<int>(gain));
-  // Some pages each; a reader of debug information for each of them would be megabytes.
+  // A few pages per thread. Debug information read by each thread would take megabytes.
   EXPECT_LT(gain, 40L * 50);
 }
 

@@ -25,10 +25,10 @@ class CallStackModule {
 
   void* Address() const { return reinterpret_cast<void*>(mpRun); }
 
-  /// The frames of a stack that is taken by a function that the module calls.
+  /// The frames of a stack taken in a function that the module calls.
   std::vector<std::string> GetFrames() const { return GetFrames(mpRun); }
 
-  /// The same when another function of the module calls it.
+  /// The same for another entry function of the module.
   std::vector<std::string> GetFrames(const char* function) const {
     return GetFrames(reinterpret_cast<Run*>(dlsym(mpHandle, function)));
   }

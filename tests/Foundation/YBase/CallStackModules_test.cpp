@@ -18,7 +18,7 @@ using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 
-TEST(CallStackModules, ShowsExportedFunctionsAndOffsetsOfAModuleThatIsLoadedLater) {
+TEST(CallStackModules, ShowsExportedFunctionsAndOffsetsOfAModuleLoadedLater) {
   RunInNewProcess([] {
     YBase::CreateCallStack();
     const std::vector<std::string> frames = CallStackModule(FIRST_MODULE).GetFrames();
@@ -30,7 +30,7 @@ TEST(CallStackModules, ShowsExportedFunctionsAndOffsetsOfAModuleThatIsLoadedLate
   });
 }
 
-TEST(CallStackModules, DoesNotMistakeAModuleForAnEarlierOneInItsPlace) {
+TEST(CallStackModules, DoesNotMistakeAModuleForAnEarlierOneAtItsAddress) {
   RunInNewProcess([] {
     void* place;
     {
@@ -39,14 +39,14 @@ TEST(CallStackModules, DoesNotMistakeAModuleForAnEarlierOneInItsPlace) {
       ASSERT_THAT(first.GetFrames(), Contains(HasSubstr("first::Exported")));
     }
     const CallStackModule other(OTHER_MODULE);
-    ASSERT_EQ(other.Address(), place) << "The loader put the other module elsewhere: this shows nothing.";
+    ASSERT_EQ(other.Address(), place) << "The loader put the other module elsewhere, so this proves nothing.";
     const std::vector<std::string> frames = other.GetFrames();
     EXPECT_THAT(frames, Contains(StartsWith("other::Exported(")));
     EXPECT_THAT(frames, Each(Not(HasSubstr("first"))));
   });
 }
 
-TEST(CallStackModules, DoesNotMistakeAModuleForAnEarlierOneOfItsFile) {
+TEST(CallStackModules, DoesNotMistakeAModuleForAnEarlierOneFromTheSameFile) {
   RunInNewProcess([] {
     const Support::TemporaryDirectory directory;
     const std::filesystem::path path = directory.Path() / "module.so";
@@ -60,14 +60,14 @@ TEST(CallStackModules, DoesNotMistakeAModuleForAnEarlierOneOfItsFile) {
     std::filesystem::remove(path);
     std::filesystem::copy_file(OTHER_MODULE, path);
     const CallStackModule other(path);
-    ASSERT_EQ(other.Address(), place) << "The loader put the other module elsewhere: this shows nothing.";
+    ASSERT_EQ(other.Address(), place) << "The loader put the other module elsewhere, so this proves nothing.";
     const std::vector<std::string> frames = other.GetFrames();
     EXPECT_THAT(frames, Contains(StartsWith("other::Exported(")));
     EXPECT_THAT(frames, Each(Not(HasSubstr("first"))));
   });
 }
 
-TEST(CallStackModules, DoesNotMistakeAModuleForWhatTookThePlaceOfItsFile) {
+TEST(CallStackModules, DoesNotMistakeAModuleForTheFileThatReplacedIt) {
   RunInNewProcess([] {
     const Support::TemporaryDirectory directory;
     const std::filesystem::path path = directory.Path() / "module.so";
@@ -92,7 +92,7 @@ TEST(CallStackModules, ShowsOffsetsOfAModuleWithoutSymbols) {
   });
 }
 
-TEST(CallStackModules, ShowsWhatItCanOfAModuleWhoseDebugInformationIsDamaged) {
+TEST(CallStackModules, ShowsFunctionsOfAModuleWithDamagedDebugInformation) {
   RunInNewProcess([] {
     const std::vector<std::string> frames = CallStackModule(DAMAGED_MODULE).GetFrames();
     EXPECT_THAT(

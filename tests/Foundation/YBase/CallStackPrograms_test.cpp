@@ -12,7 +12,7 @@ using testing::Each;
 using testing::SizeIs;
 using testing::StartsWith;
 
-TEST(CallStackPrograms, ShowsOffsetsInTheClientsFunctionWhereThereAreNoSymbols) {
+TEST(CallStackPrograms, ShowsOffsetsInTheClientsFunctionIfThereAreNoSymbols) {
   const auto stacks = RunProgram(STRIPPED_PROGRAM);
   ASSERT_THAT(stacks, SizeIs(3));
   const std::string prefix = "print_call_stack_stripped+0x";
@@ -24,7 +24,7 @@ TEST(CallStackPrograms, ShowsOffsetsInTheClientsFunctionWhereThereAreNoSymbols) 
   }
 }
 
-TEST(CallStackPrograms, BeginWithSixFramesOfTheLibrary) {
+TEST(CallStackPrograms, BeginsWithSixFramesOfTheLibrary) {
   for (const char* program : {LINES_PROGRAM, SYMBOLS_PROGRAM, STRIPPED_PROGRAM}) {
     for (const auto& [name, stack] : RunProgram(program)) {
       EXPECT_THAT(std::vector(stack.frames.begin(), stack.frames.begin() + 6), Each("libYLog")) << program;

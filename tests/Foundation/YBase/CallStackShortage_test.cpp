@@ -1,4 +1,4 @@
-// Call stacks when there are not enough descriptors or memory to read debug information. Not with a
+// Call stacks when there are not enough descriptors or memory to read debug information. Not built with a
 // sanitizer, which needs some of both itself.
 
 #include <sys/resource.h>
@@ -18,7 +18,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-/// Limits the process to this many bytes more than it has.
+/// Limits the process to this many bytes more than it uses now.
 class MemoryLimit {
  public:
   explicit MemoryLimit(rlim_t size) {
@@ -36,7 +36,7 @@ class MemoryLimit {
   rlimit mBefore{};
 };
 
-/// Limits the process to this many descriptors more than it has.
+/// Limits the process to this many descriptors more than it uses now.
 class DescriptorLimit {
  public:
   explicit DescriptorLimit(rlim_t count) {
@@ -59,7 +59,7 @@ class DescriptorLimit {
   return GetShownFrames(YBase::CreateCallStack()).at(0);
 }
 
-TEST(CallStackShortage, LinesAreReadAsSoonAsThereAreDescriptors) {
+TEST(CallStackShortage, LinesAreReadOnceThereAreDescriptors) {
   RunInNewProcess([] {
     for (const rlim_t count : {0U, 1U, 2U}) {
       const DescriptorLimit limit(count);
@@ -69,7 +69,7 @@ TEST(CallStackShortage, LinesAreReadAsSoonAsThereAreDescriptors) {
   });
 }
 
-TEST(CallStackShortage, LinesAreReadAsSoonAsThereIsMemory) {
+TEST(CallStackShortage, LinesAreReadOnceThereIsMemory) {
   RunInNewProcess([] {
     {
       const MemoryLimit limit(256UL * 1024);

@@ -6,7 +6,7 @@
 #include <YBase/CallStack.h>
 #include <YBase/TextConversion.h>
 
-/// The frames of a stack as the reader of a log sees them: from the seventh on.
+/// The frames of a stack without those of the library: from the seventh on.
 inline std::vector<std::string> GetShownFrames(const YBase::CallStack& stack) {
   std::vector<std::string> frames;
   for (unsigned i = 6; i < stack.GetFrameCount(); ++i) {

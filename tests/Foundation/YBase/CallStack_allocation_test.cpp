@@ -21,7 +21,7 @@ bool RunsOutOfMemory(unsigned long failingAllocation) {
   }
 }
 
-TEST(CallStack, WorksAgainAfterMemoryRanOutAtAnyPointOfTheFirst) {
+TEST(CallStack, WorksAfterMemoryRanOutAnywhereInTheFirstStack) {
   unsigned long failures = 0;
   while (RunsOutOfMemory(failures)) ++failures;
   EXPECT_GT(failures, 2u);

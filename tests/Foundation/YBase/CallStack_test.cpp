@@ -134,7 +134,7 @@ TEST(CallStack, ShowsAFunctionThatTheLibraryCallsAndThenTheLibrary) {
   EXPECT_LT(find("YBase::FormatMessage("), find("orders::Format()"));
 }
 
-TEST(CallStack, IsTakenByACancelledThreadAsTheFirstOfTheProcess) {
+TEST(CallStack, IsTakenByACancelledThreadEvenAsTheFirstOfTheProcess) {
   RunInNewProcess([] {
     YBase::CallStack stack;
     EXPECT_TRUE(Support::FinishesBeforeItIsCancelled([&stack] { stack = YBase::CreateCallStack(); }));
@@ -153,14 +153,14 @@ TEST(CallStack, IsTheSameFromTheSamePlace) {
   EXPECT_EQ(GetShownFrames(stacks[0]), GetShownFrames(stacks[1]));
 }
 
-TEST(CallStack, SaysThatItWasCutAfterTwoHundredAndFiftySixFrames) {
+TEST(CallStack, SaysThatItIsCutOffAfter256Frames) {
   const YBase::CallStack stack = orders::Recurse(1000);
   ASSERT_EQ(stack.GetFrameCount(), 257u);
   EXPECT_EQ(YBase::WideCharToUTF8(stack.GetFrameDescription(255)).substr(0, 15), "orders::Recurse");
   EXPECT_STREQ(stack.GetFrameDescription(256), L"(further frames are left out)");
 }
 
-TEST(CallStack, IsWholeUpToTwoHundredAndFiftySixFrames) {
+TEST(CallStack, IsCompleteUpTo256Frames) {
   const int depth = 256 - static_cast<int>(orders::Recurse(0).GetFrameCount());
   EXPECT_EQ(orders::Recurse(depth).GetFrameCount(), 256u);
   EXPECT_EQ(GetShownFrames(orders::Recurse(depth)).back(), GetShownFrames(orders::Take()).back());
@@ -182,7 +182,7 @@ TEST(CallStack, HasNoEmptyLinesAndNoLineBreaks) {
   EXPECT_THAT(frames, Each(AllOf(Not(IsEmpty()), Not(HasSubstr("\n")))));
 }
 
-TEST(CallStack, IsTheSameInFortyThreadsAtOnce) {
+TEST(CallStack, IsTheSameInFortyConcurrentThreads) {
   constexpr std::size_t COUNT = 40;
   std::latch start(COUNT);
   std::vector<std::vector<std::string>> frames(COUNT);
@@ -199,7 +199,7 @@ TEST(CallStack, IsTheSameInFortyThreadsAtOnce) {
 }
 
 // The first stack reads the debug information, too.
-TEST(CallStack, TakesLittleOfAThreadsStack) {
+TEST(CallStack, UsesLittleOfTheThreadsStack) {
   RunInNewProcess([] {
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);

@@ -8,7 +8,7 @@ namespace {
 
 using YBase::CancellationGuard;
 
-TEST(CancellationGuard, PutsACancellationOffUntilItGoes) {
+TEST(CancellationGuard, PostponesACancellationUntilItIsDestroyed) {
   bool survived = false;
   bool wentOn = false;
   EXPECT_TRUE(Support::IsCancelled([&] {
@@ -25,7 +25,7 @@ TEST(CancellationGuard, PutsACancellationOffUntilItGoes) {
   EXPECT_FALSE(wentOn);
 }
 
-TEST(CancellationGuard, LeavesAThreadAsItFoundIt) {
+TEST(CancellationGuard, RestoresTheCancellationStateOfTheThread) {
   bool survived = false;
   EXPECT_FALSE(Support::IsCancelled([&] {
     const CancellationGuard outer;

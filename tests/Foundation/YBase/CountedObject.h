@@ -4,8 +4,8 @@
 
 #include <functional>
 
-/// A counted object that shows its books. It stays until the test lets it go, so that they can be read after
-/// the last reference.
+/// A counted object that exposes its count. It is not deleted on the last release, so that a test can read
+/// the count afterwards.
 class CountedObject : public virtual YBase::ReferenceCounted {
  public:
   CountedObject() = default;

@@ -18,7 +18,7 @@ Descriptor OpenSomething() {
   return Descriptor(open("/dev/null", O_RDONLY | O_CLOEXEC));
 }
 
-TEST(Descriptor, IsClosedAtTheEnd) {
+TEST(Descriptor, IsClosedOnDestruction) {
   int number = -1;
   {
     const Descriptor descriptor = OpenSomething();
@@ -28,7 +28,7 @@ TEST(Descriptor, IsClosedAtTheEnd) {
   EXPECT_FALSE(IsOpen(number));
 }
 
-TEST(Descriptor, ClosesItsNumberOnce) {
+TEST(Descriptor, ClosesItsNumberOnlyOnce) {
   Descriptor descriptor = OpenSomething();
   const int number = descriptor.Get();
   descriptor.Close();
@@ -39,7 +39,7 @@ TEST(Descriptor, ClosesItsNumberOnce) {
   EXPECT_TRUE(IsOpen(number));
 }
 
-TEST(Descriptor, BelongsToTheOneThatItWasMovedTo) {
+TEST(Descriptor, BelongsToTheObjectItWasMovedTo) {
   Descriptor first = OpenSomething();
   const int number = first.Get();
   Descriptor second(std::move(first));

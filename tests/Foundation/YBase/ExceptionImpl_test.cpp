@@ -8,7 +8,7 @@ namespace {
 
 using Exception = YBase::ExceptionImpl<YBase::Message>;
 
-TEST(ExceptionImpl, MayBeCaughtAsAMessage) {
+TEST(ExceptionImpl, CanBeCaughtAsAMessage) {
   try {
     throw Exception("disk full");
   } catch (const YBase::Message& message) {
@@ -17,7 +17,7 @@ TEST(ExceptionImpl, MayBeCaughtAsAMessage) {
   }
 }
 
-TEST(ExceptionImpl, MayBeCaughtAsAStandardException) {
+TEST(ExceptionImpl, CanBeCaughtAsAStandardException) {
   try {
     throw Exception(
         "fa\xC3\xA7"
@@ -29,7 +29,7 @@ TEST(ExceptionImpl, MayBeCaughtAsAStandardException) {
   }
 }
 
-TEST(ExceptionImpl, CarriesDomainAndIdBesideTheText) {
+TEST(ExceptionImpl, CarriesDomainAndIdWithTheText) {
   Exception exception("text");
   exception.SetDomainAndID(YBase::MESSAGE_DOMAIN_UNKNOWN, 1234);
   try {
@@ -55,7 +55,7 @@ TEST(ExceptionImpl, ShowsTheWholeTreeOfAMessage) {
   EXPECT_STREQ(Exception(exception).what(), "outer\n  inner");
 }
 
-TEST(ExceptionImpl, ReplacesWhatIsNoUtf8) {
+TEST(ExceptionImpl, ReplacesInvalidUtf8) {
   EXPECT_STREQ(Exception("a\xFF"
                          "b")
                    .what(),

@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(FeatureFlagsAllocations, AreNoneWhenAFlagIsAskedFor) {
+TEST(FeatureFlagsAllocations, QueryingAFlagMakesNone) {
   YBase::SetFeatureEnabled(L"a name that is too long to be kept without one", true);
   const unsigned long before = Support::GetAllocationCount();
   EXPECT_TRUE(YBase::IsFeatureEnabled(L"a name that is too long to be kept without one"));

@@ -21,7 +21,7 @@ TEST(FeatureFlags, AreOffUntilTheHostSwitchesThemOn) {
   EXPECT_FALSE(YBase::IsFeatureEnabled(L"KS/SLMS"));
 }
 
-TEST(FeatureFlags, AreToldApartByTheExactName) {
+TEST(FeatureFlags, AreDistinguishedByTheirExactName) {
   YBase::SetFeatureEnabled(L"KS/SLMS", true);
   for (const wchar_t* other : {L"ks/slms", L"KS/SLM", L"KS/SLMS ", L""}) {
     EXPECT_FALSE(YBase::IsFeatureEnabled(other)) << other;
@@ -35,12 +35,12 @@ TEST(FeatureFlags, KeepACopyOfTheName) {
   EXPECT_TRUE(YBase::IsFeatureEnabled(L"short-lived"));
 }
 
-TEST(FeatureFlags, RefuseANameThatIsNull) {
+TEST(FeatureFlags, RefuseANullName) {
   EXPECT_THROW(YBase::IsFeatureEnabled(nullptr), YBase::ExceptionImpl<YBase::Message>);
   EXPECT_THROW(YBase::SetFeatureEnabled(nullptr, true), YBase::ExceptionImpl<YBase::Message>);
 }
 
-TEST(FeatureFlags, AreNotLostWhenThreadsSetThemAtOnce) {
+TEST(FeatureFlags, AreNotLostWhenThreadsSetThemConcurrently) {
   constexpr int THREADS = 4;
   constexpr int FEATURES = 200;
   std::atomic<int> ready{0};

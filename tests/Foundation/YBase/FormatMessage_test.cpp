@@ -19,7 +19,7 @@ using YBase::Message;
 constexpr unsigned short GERMAN = 0x0007;
 constexpr unsigned short AUSTRIAN = 0x0C07;
 
-/// Knows what a test tells it, and that Austrian falls back to German.
+/// Contains the texts that a test sets. Austrian falls back to German.
 class Catalogue final : public YBase::Localizer, public CountedObject {
  public:
   YBase::ReturnString GetText(unsigned domain, unsigned id, unsigned short language) const override {
@@ -53,14 +53,14 @@ std::string Format(const Message& message, const Catalogue& catalogue, unsigned 
   return FormatMessage(message, localized, language, catalogue);
 }
 
-TEST(FormatMessage, TakesTheTextOfTheLanguage) {
+TEST(FormatMessage, UsesTheTextOfTheRequestedLanguage) {
   Message message("order");
   message.SetLocalizedText(GERMAN, "Auftrag");
   EXPECT_EQ(FormatMessage(message, GERMAN), "Auftrag");
   EXPECT_EQ(FormatMessage(message, 0), "order");
 }
 
-TEST(FormatMessage, PutsWhatIsNestedOnLinesIndentedByTheirDepth) {
+TEST(FormatMessage, IndentsNestedMessagesByTheirDepth) {
   Message middle("middle");
   middle.AddLowerLevelMessage(Message("leaf"));
   Message top("top");
@@ -70,7 +70,7 @@ TEST(FormatMessage, PutsWhatIsNestedOnLinesIndentedByTheirDepth) {
   EXPECT_EQ(Format(top, Catalogue(), GERMAN), "top\n  middle\n    leaf\n  after");
 }
 
-TEST(FormatMessage, IndentsEachLineOfATextThatHasSeveral) {
+TEST(FormatMessage, IndentsEachLineOfAMultilineText) {
   Message message("one\ntwo");
   message.AddLowerLevelMessage(Message("three\r\n\nfour\n"));
   message.AddLowerLevelMessage(Message("\nfive"));
@@ -87,25 +87,25 @@ TEST(FormatMessage, FallsBackToTheNeutralTextAndThenToDomainAndId) {
   EXPECT_EQ(Format(top, Catalogue(), 0x0409), "neutral\n  12/4294967295");
 }
 
-TEST(FormatMessage, ShowsAForeignTextWhereThereIsNoNumber) {
+TEST(FormatMessage, ShowsATextInAnotherLanguageIfThereIsNoId) {
   Message message;
   message.SetLocalizedText(GERMAN, "nur deutsch");
   EXPECT_EQ(FormatMessage(message, 0x0409), "nur deutsch");
 }
 
-TEST(FormatMessage, ShowsSomethingOfAMessageWithNothing) {
+TEST(FormatMessage, ShowsSomethingEvenForAnEmptyMessage) {
   EXPECT_EQ(FormatMessage(Message(), GERMAN), "0/0");
   EXPECT_EQ(Format(Message(), Catalogue(), GERMAN), "0/0");
 }
 
-TEST(FormatMessage, GivesNoLineToWhatOnlyHoldsOthers) {
+TEST(FormatMessage, PrintsNoLineForAMessageThatOnlyHoldsOthers) {
   Message top;
   top.AddLowerLevelMessage(Message("first"));
   top.AddLowerLevelMessage(Message("second"));
   EXPECT_EQ(FormatMessage(top, 0), "  first\n  second");
 }
 
-TEST(FormatMessage, GivesNoLineToAnEmptyText) {
+TEST(FormatMessage, PrintsNoLineForAnEmptyText) {
   Message top("top");
   top.AddLowerLevelMessage(Message(""));
   EXPECT_EQ(FormatMessage(top, 0), "top");
@@ -121,19 +121,19 @@ TEST(FormatMessage, AsksTheLocalizerBeforeItFallsBack) {
   EXPECT_EQ(localized.GetLocalizedText(0), nullptr);
 }
 
-TEST(FormatMessage, TakesTheParentLanguagesOfTheLocalizerInTurn) {
+TEST(FormatMessage, TriesTheLocalizersParentLanguagesInTurn) {
   Catalogue catalogue;
   catalogue.Set(7, 1, GERMAN, "Januar");
   Message localized;
   EXPECT_EQ(FormatMessage(MakeMessage(7, 1, "January"), localized, AUSTRIAN, catalogue), "Januar");
   EXPECT_STREQ(localized.GetLocalizedText(AUSTRIAN), "Januar")
-      << "left as the text of the language asked for";
+      << "stored as the text of the requested language";
   EXPECT_EQ(localized.GetLocalizedText(GERMAN), nullptr);
   catalogue.Set(7, 1, AUSTRIAN, "J\xC3\xA4nner");
   EXPECT_EQ(Format(MakeMessage(7, 1, "January"), catalogue, AUSTRIAN), "J\xC3\xA4nner");
 }
 
-TEST(FormatMessage, TakesATextOfItsOwnBeforeOneOfTheLocalizer) {
+TEST(FormatMessage, PrefersItsOwnTextToTheLocalizers) {
   Catalogue catalogue;
   catalogue.Set(7, 1, GERMAN, "Katalog");
   catalogue.Set(7, 1, 0, "catalogue");
@@ -145,20 +145,20 @@ TEST(FormatMessage, TakesATextOfItsOwnBeforeOneOfTheLocalizer) {
   EXPECT_EQ(localized.GetTextOfLowestLanguage(), nullptr) << "the localizer gave nothing";
 }
 
-TEST(FormatMessage, TakesTheNeutralTextOfTheLocalizerWhereItHasNone) {
+TEST(FormatMessage, UsesTheLocalizersNeutralTextIfItHasNone) {
   Catalogue catalogue;
   catalogue.Set(7, 1, 0, "catalogue");
   EXPECT_EQ(Format(MakeMessage(7, 1), catalogue, GERMAN), "catalogue");
   EXPECT_EQ(Format(MakeMessage(7, 2), catalogue, GERMAN), "7/2");
 }
 
-TEST(FormatMessage, EndsWithALocalizerWhoseLanguagesNameEachOther) {
+TEST(FormatMessage, TerminatesIfTheParentLanguagesFormACycle) {
   Catalogue catalogue;
   catalogue.mParentOfOthers = AUSTRIAN;
   EXPECT_EQ(Format(MakeMessage(7, 1, "order"), catalogue, GERMAN), "order");
 }
 
-TEST(FormatMessage, LeavesTheTextsOfTheLocalizerInTheSamePlaces) {
+TEST(FormatMessage, StoresTheLocalizersTextsInTheLocalizedMessage) {
   Catalogue catalogue;
   catalogue.Set(7, 3, GERMAN, "drei");
   Message top("top");
@@ -174,7 +174,7 @@ TEST(FormatMessage, LeavesTheTextsOfTheLocalizerInTheSamePlaces) {
   EXPECT_FALSE(YBase::AdvanceMessageCursor(cursor));
 }
 
-TEST(FormatMessage, LeavesWhatALargerLocalizedMessageHolds) {
+TEST(FormatMessage, KeepsTheExtraNodesOfALargerLocalizedMessage) {
   Catalogue catalogue;
   catalogue.Set(7, 1, GERMAN, "eins");
   Message localized;
@@ -183,7 +183,7 @@ TEST(FormatMessage, LeavesWhatALargerLocalizedMessageHolds) {
   EXPECT_EQ(localized.GetMessage(), L"eins\n  more");
 }
 
-TEST(FormatMessage, LetsWhatTheLocalizerThrowsThrough) {
+TEST(FormatMessage, PropagatesExceptionsOfTheLocalizer) {
   Catalogue catalogue;
   catalogue.mBrokenID = 2;
   Message top = MakeMessage(7, 1, "top");
@@ -191,7 +191,7 @@ TEST(FormatMessage, LetsWhatTheLocalizerThrowsThrough) {
   EXPECT_THROW(Format(top, catalogue, GERMAN), std::runtime_error);
 }
 
-TEST(FormatMessage, OutlivesADepthThatRecursionWouldNot) {
+TEST(FormatMessage, FormatsATreeTooDeepForRecursion) {
   constexpr unsigned LEVELS = 100'000;
   Catalogue catalogue;
   catalogue.Set(7, 1, GERMAN, "tief");

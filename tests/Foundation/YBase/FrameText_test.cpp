@@ -30,7 +30,7 @@ TEST(FrameText, ShowsFunctionFileAndLine) {
             L"orders::Server::Handle(int) at src/server.cpp:42");
 }
 
-TEST(FrameText, LeavesOutTheCompilersTags) {
+TEST(FrameText, OmitsTheCompilersTags) {
   EXPECT_EQ(Describe("_ZN6orders4NameB5cxx11Ei", "a.cpp", 1), L"orders::Name(int) at a.cpp:1");
 }
 
@@ -48,12 +48,12 @@ TEST(FrameText, ShowsTheAddressWithoutAModule) {
   EXPECT_EQ(YBase::DescribeFrame({.address = 0x7f00}), L"0x7f00");
 }
 
-TEST(FrameText, LeavesNamesAsTheyAreThatCannotBeDemangled) {
+TEST(FrameText, KeepsNamesThatCannotBeDemangled) {
   EXPECT_EQ(Describe("_Znonsense", "a.cpp", 1), L"_Znonsense at a.cpp:1");
   EXPECT_EQ(Describe("i", "a.c", 1), L"i at a.c:1");
 }
 
-TEST(FrameText, BreaksNoLine) {
+TEST(FrameText, ContainsNoLineBreak) {
   EXPECT_EQ(Describe("a\nb",
                      "c\r\n\xE2\x80\xA8"
                      "d\xC2\x85.cpp",
@@ -70,20 +70,20 @@ TEST(FrameText, ReadsNamesAsUTF8) {
             L"Pr\u00fcfe at gr\u00f6\u00dfe.cpp:7");
 }
 
-TEST(FrameText, CutsALongNameAndKeepsTheLine) {
+TEST(FrameText, TruncatesALongNameButKeepsTheLine) {
   const std::string name(100'000, 'x');
   const std::wstring description = Describe(name, "a.cpp", 1);
   EXPECT_EQ(description, std::wstring(500, L'x') + L"... at a.cpp:1");
   EXPECT_EQ(Describe("_ZN" + name, "a.cpp", 1).size(), description.size());
 }
 
-TEST(FrameText, LeavesOutTheFolderBeforeAnAbsolutePath) {
+TEST(FrameText, OmitsTheFolderBeforeAnAbsolutePath) {
   EXPECT_EQ(DescribeIn("/home/build//home/src/a.cpp"), L"f at /home/src/a.cpp:1");
   EXPECT_EQ(DescribeIn("/home/x//build//home/src/a.cpp"), L"f at /home/src/a.cpp:1");
   EXPECT_EQ(DescribeIn("/home/build//home/x//a.cpp"), L"f at /home/x//a.cpp:1");
 }
 
-TEST(FrameText, KeepsPathsWithTwoSlashesOfTheirOwn) {
+TEST(FrameText, KeepsPathsWithAnUnrelatedDoubleSlash) {
   for (const char* path :
        {"/tmp/x//slash.cpp", "/tmp/x//tmpl/a.cpp", "/tmp//a.cpp", "/tmp/x//tmp", "//tmp//tmp/a.cpp",
         "tmp/x//tmp/a.cpp", "/build//home/src/a.cpp", "//a.cpp", "/a.cpp", "//"}) {
@@ -91,7 +91,7 @@ TEST(FrameText, KeepsPathsWithTwoSlashesOfTheirOwn) {
   }
 }
 
-TEST(FrameText, LeavesOutAPositionInTheLibrarysHeadersThatIsNotTheFunctionsOwn) {
+TEST(FrameText, OmitsAPositionInALibraryHeaderIfTheFunctionIsTheClients) {
   const std::string header = "/usr/include/YLog/Log.h";
   EXPECT_EQ(Describe("_ZN6orders1fEv", header, 77), L"orders::f() in liborders.so+0x1a2b");
   EXPECT_EQ(Describe("_ZN4YLog1fEv", header, 77), L"YLog::f() at /usr/include/YLog/Log.h:77");

@@ -35,7 +35,7 @@ std::string Text(const Cursor& cursor) {
   return text != nullptr ? text : "none";
 }
 
-/// A cursor and what its walk has shown.
+/// Visits the whole tree and returns the level and text of each message.
 template <class Cursor, class Root>
 std::vector<std::string> Walk(Root& root) {
   Cursor cursor(root);
@@ -43,11 +43,11 @@ std::vector<std::string> Walk(Root& root) {
   do {
     texts.push_back(std::to_string(cursor.GetLevel()) + Text(cursor));
   } while (YBase::AdvanceMessageCursor(cursor));
-  EXPECT_EQ(&cursor.GetCurrentMessage(), &root) << "at the end it stands at the root again";
+  EXPECT_EQ(&cursor.GetCurrentMessage(), &root) << "at the end it is at the root again";
   return texts;
 }
 
-TEST(MessageCursor, VisitsEveryMessageOnceBeforeThoseBeneathIt) {
+TEST(MessageCursor, VisitsEveryMessageOnceAndParentsBeforeChildren) {
   Message tree = MakeTree();
   EXPECT_THAT(Walk<MessageCursor>(tree), ElementsAre("0top", "1a", "2a1", "2a2", "1b", "1c", "2c1"));
   const Message& constTree = tree;
@@ -55,12 +55,12 @@ TEST(MessageCursor, VisitsEveryMessageOnceBeforeThoseBeneathIt) {
               ElementsAre("0top", "1a", "2a1", "2a2", "1b", "1c", "2c1"));
 }
 
-TEST(MessageCursor, EndsAtOnceWhereNothingIsBeneath) {
+TEST(MessageCursor, EndsAtOnceIfTheMessageHasNoChildren) {
   Message leaf("leaf");
   EXPECT_THAT(Walk<MessageCursor>(leaf), ElementsAre("0leaf"));
 }
 
-TEST(MessageCursor, StaysWhereItIsWhenThereIsNowhereToGo) {
+TEST(MessageCursor, DoesNotMoveInATreeOfOneMessage) {
   Message leaf("leaf");
   MessageCursor cursor(leaf);
   EXPECT_FALSE(cursor.LowerLevelMessageIsUnvisited());
@@ -71,7 +71,7 @@ TEST(MessageCursor, StaysWhereItIsWhenThereIsNowhereToGo) {
   EXPECT_EQ(leaf.GetMessage(), L"leaf") << "nothing was added";
 }
 
-TEST(MessageCursor, GoesOnAlongALevelThatItLeft) {
+TEST(MessageCursor, ContinuesALevelAfterReturningToTheParent) {
   Message tree = MakeTree();
   MessageCursor cursor(tree);
   ASSERT_TRUE(cursor.GoToLowerLevelMessage());
@@ -83,7 +83,7 @@ TEST(MessageCursor, GoesOnAlongALevelThatItLeft) {
   EXPECT_FALSE(cursor.LowerLevelMessageIsUnvisited());
 }
 
-TEST(MessageCursor, AddsWhatItsTreeLacksOnlyWhereAskedTo) {
+TEST(MessageCursor, AddsMissingMessagesOnRequest) {
   Message tree("top");
   MessageCursor cursor(tree);
   ASSERT_TRUE(cursor.GoToLowerLevelMessage(true));
@@ -95,7 +95,7 @@ TEST(MessageCursor, AddsWhatItsTreeLacksOnlyWhereAskedTo) {
   EXPECT_EQ(tree.GetMessage(), L"top\n  first\n  second");
 }
 
-TEST(ConstMessageCursor, ShowsEmptyMessagesWhereItsTreeEnds) {
+TEST(ConstMessageCursor, ShowsEmptyMessagesBeyondTheTree) {
   const Message tree("top");
   ConstMessageCursor cursor(tree);
   for (int level = 1; level <= 3; ++level) {
@@ -112,7 +112,7 @@ TEST(ConstMessageCursor, ShowsEmptyMessagesWhereItsTreeEnds) {
   EXPECT_EQ(tree.GetMessage(), L"top");
 }
 
-TEST(MessageCursor, IsAValueThatGoesItsOwnWay) {
+TEST(MessageCursor, MovesIndependentlyOfItsCopy) {
   Message tree = MakeTree();
   MessageCursor cursor(tree);
   ASSERT_TRUE(cursor.GoToLowerLevelMessage());
@@ -121,10 +121,10 @@ TEST(MessageCursor, IsAValueThatGoesItsOwnWay) {
   EXPECT_EQ(Text(cursor), "a");
   EXPECT_EQ(Text(copy), "a1");
   ASSERT_TRUE(cursor.GoToLowerLevelMessage());
-  EXPECT_EQ(Text(cursor), "a1") << "the copy's visit is not this one's";
+  EXPECT_EQ(Text(cursor), "a1") << "the move of the copy does not affect this one";
 }
 
-/// Says of each question in turn what it is told to, and notes what is called.
+/// Returns the given answers in turn, and records the calls.
 struct ScriptedCursor {
   std::vector<bool> answers;
   bool hasParent;
@@ -145,25 +145,25 @@ struct ScriptedCursor {
   }
 };
 
-TEST(AdvanceMessageCursor, GoesDownWhereItCan) {
+TEST(AdvanceMessageCursor, DescendsIfItCan) {
   ScriptedCursor cursor{{true}, true, ""};
   EXPECT_TRUE(YBase::AdvanceMessageCursor(cursor));
   EXPECT_EQ(cursor.calls, "?L");
 }
 
-TEST(AdvanceMessageCursor, AsksAgainBeforeItGoesUp) {
+TEST(AdvanceMessageCursor, ChecksTheSameLevelBeforeTheParent) {
   ScriptedCursor cursor{{false, true}, true, ""};
   EXPECT_TRUE(YBase::AdvanceMessageCursor(cursor));
   EXPECT_EQ(cursor.calls, "??S");
 }
 
-TEST(AdvanceMessageCursor, GoesUpUntilALevelHasMore) {
+TEST(AdvanceMessageCursor, AscendsUntilALevelHasMoreMessages) {
   ScriptedCursor cursor{{false, false, false, true}, true, ""};
   EXPECT_TRUE(YBase::AdvanceMessageCursor(cursor));
   EXPECT_EQ(cursor.calls, "??P?P?S");
 }
 
-TEST(AdvanceMessageCursor, EndsWhereThereIsNoParent) {
+TEST(AdvanceMessageCursor, EndsIfThereIsNoParent) {
   ScriptedCursor cursor{{false, false}, false, ""};
   EXPECT_FALSE(YBase::AdvanceMessageCursor(cursor));
   EXPECT_EQ(cursor.calls, "??P");

@@ -29,14 +29,14 @@ TEST(Message, IsEmptyByDefault) {
   EXPECT_EQ(message.GetMessage(), L"");
 }
 
-TEST(Message, TakesItsTextAsTheNeutralOne) {
+TEST(Message, UsesItsTextAsTheNeutralOne) {
   const Message message("text");
   EXPECT_STREQ(message.GetLocalizedText(0), "text");
   EXPECT_EQ(message.GetLocalizedText(0x0407), nullptr);
   EXPECT_EQ(message.GetMessage(), L"text");
 }
 
-TEST(Message, TakesNullForAnEmptyText) {
+TEST(Message, TreatsNullAsAnEmptyText) {
   Message message(nullptr);
   EXPECT_STREQ(message.GetLocalizedText(0), "");
   message.SetLocalizedText(0x0407, nullptr);
@@ -54,7 +54,7 @@ TEST(Message, KeepsATextForEachLanguage) {
   EXPECT_EQ(message.GetMessage(), L"colour");
 }
 
-TEST(Message, IndentsWhatIsBeneathByTwoBlanksALevel) {
+TEST(Message, IndentsNestedMessagesByTwoBlanksPerLevel) {
   Message middle("middle");
   middle.AddLowerLevelMessage(Message("first leaf"));
   middle.AddLowerLevelMessage(Message("second leaf"));
@@ -80,7 +80,7 @@ TEST(Message, ShowsDomainAndIdWithoutAnyText) {
   EXPECT_EQ(message.GetMessage(), L"0/345");
 }
 
-TEST(Message, HasNoLineForWhatHasNothingToShow) {
+TEST(Message, PrintsNoLineForAMessageWithNothingToShow) {
   Message top;
   top.AddLowerLevelMessage(Message());
   top.AddLowerLevelMessage(Message("cause"));
@@ -99,7 +99,7 @@ TEST(Message, SharesNothingWithItsCopy) {
   EXPECT_EQ(copy.GetID(), 2u);
 }
 
-TEST(Message, CopiesAWideTreeInItsOrder) {
+TEST(Message, KeepsTheOrderWhenAWideTreeIsCopied) {
   Message original("top");
   for (const char* name : {"a", "b", "c"}) {
     Message child(name);
@@ -125,18 +125,18 @@ TEST(Message, AssignmentReplacesTheWholeTree) {
   EXPECT_EQ(target.GetMessage(), L"source\n  beneath");
 }
 
-TEST(Message, MayBeAddedBeneathItself) {
+TEST(Message, CanBeAddedBeneathItself) {
   Message message("twice");
   message.AddLowerLevelMessage(message);
   EXPECT_EQ(message.GetMessage(), L"twice\n  twice");
 }
 
-TEST(Message, OutlivesADepthThatRecursionWouldNot) {
+TEST(Message, HandlesATreeTooDeepForRecursion) {
   constexpr unsigned LEVELS = 100'000;
   const Message chain = MakeChain(LEVELS);
   Message copy(chain);
   const Message moved(std::move(copy));
-  // 32 levels of growing indentation, and the same one for all below.
+  // The indentation grows for 32 levels and stays the same below.
   const std::size_t indentation = 2 * (32 * 33 / 2 + (LEVELS - 32) * 32);
   EXPECT_EQ(moved.GetMessage().size(), (LEVELS + 1) * 4 + LEVELS + indentation);
 }

@@ -33,7 +33,7 @@ std::atomic<int> gsBuilt{0};
 // Started and not stopped yet.
 std::atomic<int> gsAlive{0};
 bool gsFailing = false;
-// Done by the next object that is stopped, and by the next that is destroyed.
+// Called by the next object that is stopped or destroyed, respectively.
 std::function<void()> gsOnStop;
 std::function<void()> gsOnDestruction;
 
@@ -63,7 +63,7 @@ Service_Impl::~Service_Impl() {
   if (gsOnDestruction) std::exchange(gsOnDestruction, nullptr)();
 }
 
-/// Takes the word away from start and stop as long as it exists.
+/// Blocks start and stop as long as it exists.
 class HeldWord {
  public:
   HeldWord() { gsServicePtr.LockForFork(); }
@@ -89,7 +89,7 @@ TEST_F(ModuleMainPtr, IsNullUntilTheFirstStart) {
   EXPECT_EQ(gsServicePtr.Get(), nullptr);
 }
 
-TEST_F(ModuleMainPtr, KeepsTheObjectUntilTheLastOfTwoUsersStops) {
+TEST_F(ModuleMainPtr, KeepsTheObjectUntilTheLastUserStops) {
   gsServicePtr.Initialize();
   const Service* const first = gsServicePtr.Get();
   gsServicePtr.Initialize();
@@ -101,7 +101,7 @@ TEST_F(ModuleMainPtr, KeepsTheObjectUntilTheLastOfTwoUsersStops) {
   EXPECT_EQ(gsAlive, 0);
 }
 
-TEST_F(ModuleMainPtr, BuildsAFreshObjectAfterAStop) {
+TEST_F(ModuleMainPtr, BuildsANewObjectAfterAStop) {
   gsServicePtr.Initialize();
   gsServicePtr.Finalize();
   gsServicePtr.Initialize();
@@ -109,7 +109,7 @@ TEST_F(ModuleMainPtr, BuildsAFreshObjectAfterAStop) {
   gsServicePtr.Finalize();
 }
 
-TEST_F(ModuleMainPtr, CountsNoStartWhenTheConstructorThrows) {
+TEST_F(ModuleMainPtr, DoesNotCountAStartWhoseConstructorThrows) {
   gsFailing = true;
   EXPECT_THROW(gsServicePtr.Initialize(), std::runtime_error);
   EXPECT_EQ(gsServicePtr.Get(), nullptr);
@@ -129,7 +129,7 @@ TEST_F(ModuleMainPtr, ThrowsOnUseWhileStopped) {
   }
 }
 
-TEST_F(ModuleMainPtr, IsNullAlreadyWhileTheObjectIsDestroyed) {
+TEST_F(ModuleMainPtr, IsAlreadyNullWhileTheObjectIsDestroyed) {
   std::optional<Service*> seen;
   gsOnDestruction = [&] { seen = gsServicePtr.Get(); };
   gsServicePtr.Initialize();
@@ -137,7 +137,7 @@ TEST_F(ModuleMainPtr, IsNullAlreadyWhileTheObjectIsDestroyed) {
   EXPECT_EQ(seen, nullptr);
 }
 
-TEST_F(ModuleMainPtr, MayBeStartedAndStoppedWhileAnObjectIsDestroyed) {
+TEST_F(ModuleMainPtr, CanBeStartedAndStoppedWhileAnObjectIsDestroyed) {
   int number = 0;
   gsOnDestruction = [&] {
     EXPECT_EQ(gsAlive, 0) << "the old one is stopped first";
@@ -151,7 +151,7 @@ TEST_F(ModuleMainPtr, MayBeStartedAndStoppedWhileAnObjectIsDestroyed) {
   EXPECT_EQ(gsAlive, 0);
 }
 
-TEST_F(ModuleMainPtr, KeepsAnObjectThatWasStartedWhileTheFormerWasDestroyed) {
+TEST_F(ModuleMainPtr, KeepsAnObjectStartedWhileThePreviousOneWasDestroyed) {
   gsOnDestruction = [] { gsServicePtr.Initialize(); };
   gsServicePtr.Initialize();
   gsServicePtr.Finalize();
@@ -160,7 +160,7 @@ TEST_F(ModuleMainPtr, KeepsAnObjectThatWasStartedWhileTheFormerWasDestroyed) {
   EXPECT_EQ(gsServicePtr.Get(), nullptr);
 }
 
-TEST_F(ModuleMainPtr, IsNotStartedByAnotherThreadWhileAnObjectIsStopped) {
+TEST_F(ModuleMainPtr, DelaysAStartInAnotherThreadWhileAnObjectIsStopped) {
   std::atomic<pid_t> starterID{0};
   std::jthread starter;
   gsOnStop = [&] {
@@ -168,7 +168,7 @@ TEST_F(ModuleMainPtr, IsNotStartedByAnotherThreadWhileAnObjectIsStopped) {
       starterID = Support::ThreadID();
       gsServicePtr.Initialize();
     });
-    // A thread that waits for the word sleeps again and again, for no time at all.
+    // A thread that waits for the lock word sleeps repeatedly, for zero time.
     EXPECT_TRUE(Support::WaitUntil(
         [&] { return gsBuilt == 2 || Support::IsWaitingInSystemCall(starterID, SYS_clock_nanosleep); }));
     EXPECT_EQ(gsBuilt, 1);
@@ -180,7 +180,7 @@ TEST_F(ModuleMainPtr, IsNotStartedByAnotherThreadWhileAnObjectIsStopped) {
   gsServicePtr.Finalize();
 }
 
-TEST_F(ModuleMainPtr, MayBeLockedForAForkWhileAnObjectIsDestroyed) {
+TEST_F(ModuleMainPtr, CanBeLockedForAForkWhileAnObjectIsDestroyed) {
   bool locked = false;
   gsOnDestruction = [&] {
     gsServicePtr.LockForFork();
@@ -203,7 +203,7 @@ TEST_F(ModuleMainPtr, StartsInACancelledThreadThatHasToWait) {
     });
   });
   while (!begins) std::this_thread::yield();
-  // Time to come to the wait; without it, the test would only see less.
+  // Gives the thread time to start waiting. If it does not, the test merely covers less.
   for (int i = 0; i != 1'000; ++i) std::this_thread::yield();
   word.reset();
   thread.join();
@@ -211,14 +211,14 @@ TEST_F(ModuleMainPtr, StartsInACancelledThreadThatHasToWait) {
   gsServicePtr.Finalize();
 }
 
-TEST_F(ModuleMainPtr, RefusesAStopTooManyInDebugBuilds) {
+TEST_F(ModuleMainPtr, RefusesAnExcessStopInDebugBuilds) {
   EXPECT_DEBUG_DEATH(gsServicePtr.Finalize(), "mUserCount");
   gsServicePtr.Initialize();
   EXPECT_EQ(gsServicePtr->GetNumber(), 1);
   gsServicePtr.Finalize();
 }
 
-TEST_F(ModuleMainPtr, BuildsOneObjectForThreadsThatStartAtOnce) {
+TEST_F(ModuleMainPtr, BuildsOneObjectForConcurrentStarts) {
   constexpr int THREADS = 8;
   constexpr int ROUNDS = 200;
   std::barrier gate(THREADS);

@@ -18,7 +18,7 @@ TEST(ToDecimalString, PrintsTheWholeRange) {
   EXPECT_EQ(ToDecimalString(LLONG_MIN), "-9223372036854775808");
 }
 
-TEST(ToHexText, PrintsAtLeastSoManyDigits) {
+TEST(ToHexText, PrintsAtLeastTheRequestedDigits) {
   char storage[16];
   EXPECT_EQ(YBase::ToHexText(storage, 0xBEEF, 1), "BEEF");
   EXPECT_EQ(YBase::ToHexText(storage, 0xBEEF, 8), "0000BEEF");
@@ -27,7 +27,7 @@ TEST(ToHexText, PrintsAtLeastSoManyDigits) {
   EXPECT_EQ(YBase::ToHexText(storage, ULLONG_MAX, 1), "FFFFFFFFFFFFFFFF");
 }
 
-TEST(DecimalToInt, SkipsBlanksAndTakesOneSign) {
+TEST(DecimalToInt, SkipsBlanksAndAcceptsOneSign) {
   EXPECT_EQ(DecimalToInt("42"), 42);
   EXPECT_EQ(DecimalToInt(" \t 42"), 42);
   EXPECT_EQ(DecimalToInt("+42"), 42);
@@ -52,7 +52,7 @@ TEST(DecimalToInt, SaturatesAtTheLimitsOfAnInt) {
   EXPECT_EQ(DecimalToInt(absurd.c_str()), INT_MIN);
 }
 
-TEST(DecimalToInt, ReadsNothingReadableAsZero) {
+TEST(DecimalToInt, ReadsTextWithoutDigitsAsZero) {
   for (const char* text : {"", " ", "-", "+", "--5", "+-5", "- 5", "x5", "\n5", "\xB2"}) {
     EXPECT_EQ(DecimalToInt(text), 0) << text;
   }
@@ -78,12 +78,12 @@ TEST(HexToUnsignedInt, SaturatesAtThirtyTwoBits) {
   EXPECT_EQ(HexToUnsignedInt(zeros.c_str(), false), 1u);
 }
 
-TEST(HexToUnsignedInt, ReadsNothingReadableAsZero) {
+TEST(HexToUnsignedInt, ReadsTextWithoutDigitsAsZero) {
   for (const char* text : {"", " 1", "-1", "+1", "g"}) EXPECT_EQ(HexToUnsignedInt(text, false), 0u) << text;
   EXPECT_EQ(HexToUnsignedInt(nullptr, false), 0u);
 }
 
-TEST(HexToUnsignedInt, ThrowsOnBadTextWhenAskedTo) {
+TEST(HexToUnsignedInt, ThrowsOnBadTextIfRequested) {
   using Exception = YBase::ExceptionImpl<YBase::Message>;
   for (const char* text : {"", "12g", " 1", "0x12", "100000000"}) {
     EXPECT_THROW(HexToUnsignedInt(text, true), Exception) << text;
@@ -94,7 +94,7 @@ TEST(HexToUnsignedInt, ThrowsOnBadTextWhenAskedTo) {
 TEST(HexToUnsignedInt, NamesItselfAndTheTextWhenItThrows) {
   try {
     HexToUnsignedInt("12g", true);
-    FAIL() << "read what is no number";
+    FAIL() << "read what is not a number";
   } catch (const std::exception& exception) {
     EXPECT_STREQ(exception.what(), "YBase::HexToUnsignedInt: '12g' is no hexadecimal number of 32 bits");
   }

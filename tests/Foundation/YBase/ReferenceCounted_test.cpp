@@ -2,7 +2,7 @@
 
 #include <type_traits>
 
-// Nobody but the object itself deletes it, and no reference is lost in a copy.
+// Only the object itself can delete it, and it cannot be copied or assigned.
 static_assert(!std::is_destructible_v<YBase::ReferenceCounted>);
 static_assert(std::has_virtual_destructor_v<YBase::ReferenceCounted>);
 static_assert(!std::is_copy_constructible_v<YBase::ReferenceCounted>);

@@ -67,12 +67,12 @@ class SignalGuard : public testing::Test {
   sigset_t mPreviousMask{};
 };
 
-TEST_F(SignalGuard, IsNeededForTheHandlerToStayUncalled) {
+TEST_F(SignalGuard, IsNeededToKeepTheHandlerFromBeingCalled) {
   WriteToClosedPipe();
   EXPECT_EQ(gsHandlerCalls, 1);
 }
 
-TEST_F(SignalGuard, KeepsTheHandlerUncalled) {
+TEST_F(SignalGuard, KeepsTheHandlerFromBeingCalled) {
   {
     const YBase::SignalGuard guard(SIGPIPE);
     WriteToClosedPipe();
@@ -82,7 +82,7 @@ TEST_F(SignalGuard, KeepsTheHandlerUncalled) {
   EXPECT_FALSE(IsBlocked());
 }
 
-TEST_F(SignalGuard, KeepsAProcessAliveThatHasNoHandler) {
+TEST_F(SignalGuard, KeepsAProcessWithoutAHandlerAlive) {
   EXPECT_EXIT(
       {
         std::signal(SIGPIPE, SIG_DFL);
@@ -95,7 +95,7 @@ TEST_F(SignalGuard, KeepsAProcessAliveThatHasNoHandler) {
       testing::ExitedWithCode(3), "");
 }
 
-TEST_F(SignalGuard, LeavesWhatIsIgnoredIgnored) {
+TEST_F(SignalGuard, LeavesAnIgnoredSignalIgnored) {
   std::signal(SIGPIPE, SIG_IGN);
   {
     const YBase::SignalGuard guard(SIGPIPE);
@@ -112,7 +112,7 @@ TEST_F(SignalGuard, DoesNothingToASignalThatIsNotRaised) {
   EXPECT_EQ(gsHandlerCalls, 1);
 }
 
-TEST_F(SignalGuard, LeavesASignalBlockedThatTheHostBlocks) {
+TEST_F(SignalGuard, LeavesASignalBlockedIfTheHostBlocksIt) {
   Block();
   {
     const YBase::SignalGuard guard(SIGPIPE);
@@ -122,7 +122,7 @@ TEST_F(SignalGuard, LeavesASignalBlockedThatTheHostBlocks) {
   EXPECT_FALSE(IsPending());
 }
 
-TEST_F(SignalGuard, LeavesASignalPendingThatWasPendingBefore) {
+TEST_F(SignalGuard, LeavesAnAlreadyPendingSignalPending) {
   Block();
   raise(SIGPIPE);
   {
@@ -130,7 +130,7 @@ TEST_F(SignalGuard, LeavesASignalPendingThatWasPendingBefore) {
     WriteToClosedPipe();
   }
   EXPECT_TRUE(TakePending());
-  EXPECT_FALSE(TakePending()) << "it is one, not two";
+  EXPECT_FALSE(TakePending()) << "only one signal is pending";
   EXPECT_TRUE(IsBlocked());
 }
 

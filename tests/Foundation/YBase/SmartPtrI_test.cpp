@@ -10,7 +10,7 @@ namespace {
 using Pointer = YBase::SmartPtrI<CountedObject>;
 using DerivedPointer = YBase::SmartPtrI<DerivedObject>;
 
-// A pointer takes part in the counting only where that is written down.
+// A plain pointer is converted to a counted one only explicitly, and the reverse only by Get().
 static_assert(!std::is_convertible_v<CountedObject*, Pointer>);
 static_assert(std::is_constructible_v<Pointer, CountedObject*>);
 static_assert(std::is_convertible_v<std::nullptr_t, Pointer>);
@@ -29,7 +29,7 @@ TEST(SmartPtrI, IsNullByDefault) {
   EXPECT_EQ(pointer, nullptr);
 }
 
-TEST(SmartPtrI, AddsAReferenceAndReleasesItAtItsEnd) {
+TEST(SmartPtrI, AddsAReferenceAndReleasesItOnDestruction) {
   CountedObject object;
   {
     const Pointer pointer(&object);
@@ -54,25 +54,25 @@ TEST(SmartPtrI, AdoptsAReferenceWithoutAddingOne) {
   EXPECT_FALSE(Pointer::Adopt(nullptr));
 }
 
-TEST(SmartPtrI, CopiesShareAndMovesHandOver) {
+TEST(SmartPtrI, SharesOnCopyAndHandsOverOnMove) {
   CountedObject object;
   Pointer first(&object);
   const Pointer second(first);
   EXPECT_EQ(object.GetCount(), 2);
   const Pointer third(std::move(first));
   EXPECT_EQ(object.GetCount(), 2);
-  EXPECT_EQ(first, nullptr);  // NOLINT(bugprone-use-after-move): null is what is promised.
+  EXPECT_EQ(first, nullptr);  // NOLINT(bugprone-use-after-move): null is guaranteed.
   EXPECT_EQ(second, third);
 }
 
-TEST(SmartPtrI, ConvertsToTheTypeOfABase) {
+TEST(SmartPtrI, ConvertsToAPointerToABase) {
   DerivedObject object;
   DerivedPointer derived(&object);
   const Pointer copy = derived;
   EXPECT_EQ(object.GetCount(), 2);
   const Pointer moved = std::move(derived);
   EXPECT_EQ(object.GetCount(), 2);
-  EXPECT_EQ(derived, nullptr);  // NOLINT(bugprone-use-after-move): null is what is promised.
+  EXPECT_EQ(derived, nullptr);  // NOLINT(bugprone-use-after-move): null is guaranteed.
   EXPECT_EQ(copy, moved);
   EXPECT_EQ(moved, &object);
 }

@@ -21,7 +21,7 @@ namespace {
 using Support::IsClosed;
 using YBase::OpenDescriptor;
 
-/// Whether all of it holds in a child that has closed standard input, output and error in each of the ways.
+/// Expects this of children that have closed each combination of standard input, output and error.
 void ExpectInChildren(const std::function<bool(int closed)>& holds) {
   for (const int closed : Support::CLOSED_IN_ANY_WAY) {
     EXPECT_EQ(Support::ChildProcess([&] {
@@ -40,18 +40,18 @@ bool AreAllClosed(int closed) {
   return true;
 }
 
-TEST(StandardDescriptorsGuard, IsNeededForAFileNotToBecomeOne) {
+TEST(StandardDescriptorsGuard, IsNeededToKeepFilesFromBecomingStandardDescriptors) {
   ExpectInChildren([](int closed) { return open("/dev/null", O_RDWR) < 3 && closed != 0; });
 }
 
-TEST(StandardDescriptorsGuard, KeepsFilesFromBecomingOne) {
+TEST(StandardDescriptorsGuard, KeepsFilesFromBecomingStandardDescriptors) {
   ExpectInChildren([](int closed) {
     const YBase::StandardDescriptorsGuard guard;
     return open("/dev/null", O_RDWR) >= 3 && Support::UseClosed(closed) == 0;
   });
 }
 
-TEST(StandardDescriptorsGuard, LeavesThemClosedInTheEnd) {
+TEST(StandardDescriptorsGuard, LeavesClosedOnesClosedAfterwards) {
   ExpectInChildren([](int closed) {
     { const YBase::StandardDescriptorsGuard guard; }
     return AreAllClosed(closed);
@@ -66,7 +66,7 @@ TEST(StandardDescriptorsGuard, LeavesOpenOnesOpen) {
             0);
 }
 
-TEST(StandardDescriptorsGuard, HoldsUntilTheLastOfSeveralEnds) {
+TEST(StandardDescriptorsGuard, HoldsUntilTheLastOfSeveralIsDestroyed) {
   ExpectInChildren([](int closed) {
     std::optional<YBase::StandardDescriptorsGuard> first(std::in_place);
     std::optional<YBase::StandardDescriptorsGuard> second(std::in_place);
@@ -77,7 +77,7 @@ TEST(StandardDescriptorsGuard, HoldsUntilTheLastOfSeveralEnds) {
   });
 }
 
-TEST(StandardDescriptorsGuard, CoversWhatIsClosedWhileAnotherExists) {
+TEST(StandardDescriptorsGuard, CoversADescriptorClosedWhileAnotherGuardExists) {
   EXPECT_EQ(Support::ChildProcess([] {
               const YBase::StandardDescriptorsGuard first;
               close(1);
@@ -87,7 +87,7 @@ TEST(StandardDescriptorsGuard, CoversWhatIsClosedWhileAnotherExists) {
             0);
 }
 
-TEST(StandardDescriptorsGuard, LeavesWhatTheHostPutsThereMeanwhile) {
+TEST(StandardDescriptorsGuard, KeepsDescriptorsTheHostOpensMeanwhile) {
   ExpectInChildren([](int closed) {
     const int file = fcntl(open("/dev/null", O_RDWR), F_DUPFD, 3);
     Support::CloseDescriptors(closed);
@@ -109,7 +109,7 @@ TEST(StandardDescriptorsGuard, IsNotInheritedByPrograms) {
   });
 }
 
-TEST(StandardDescriptorsGuard, DoesNotHoldInAChildOfAFork) {
+TEST(StandardDescriptorsGuard, DoesNotHoldInAForkedChild) {
   ExpectInChildren([](int closed) {
     const YBase::StandardDescriptorsGuard guard;
     const pid_t child = fork();
@@ -139,7 +139,7 @@ TEST(StandardDescriptorsGuard, EndsInACancelledThread) {
             0);
 }
 
-TEST(OpenDescriptor, GivesThreeOrMore) {
+TEST(OpenDescriptor, ReturnsThreeOrMore) {
   ExpectInChildren(
       [](int closed) { return OpenDescriptor("/dev/null", O_RDWR) >= 3 && AreAllClosed(closed); });
 }
@@ -164,7 +164,7 @@ TEST(MakeHigh, MovesALowNumberAndClosesIt) {
             0);
 }
 
-TEST(MakeHigh, LeavesWhatIsHighAndAFailureAsTheyAre) {
+TEST(MakeHigh, ReturnsAHighNumberOrAFailureUnchanged) {
   const int descriptor = open("/dev/null", O_WRONLY | O_CLOEXEC);
   EXPECT_EQ(YBase::MakeHigh(descriptor), descriptor);
   close(descriptor);

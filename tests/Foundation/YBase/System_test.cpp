@@ -25,19 +25,19 @@ TEST(System, KnowsTheNameOfTheComputer) {
   EXPECT_EQ(YBase::WideCharToUTF8(YBase::GetComputerName().c_str()), name);
 }
 
-TEST(System, NumbersProcessAndThreadAsTheKernelDoes) {
+TEST(System, UsesTheKernelsNumbersForProcessAndThread) {
   EXPECT_EQ(YBase::GetCurrentProcessID(), static_cast<unsigned>(::getpid()));
   EXPECT_EQ(YBase::GetCurrentThreadID(), static_cast<unsigned long>(::syscall(SYS_gettid)));
 }
 
-TEST(System, NumbersEachThreadAnew) {
+TEST(System, GivesEachThreadItsOwnNumber) {
   unsigned long other = 0;
   std::thread([&] { other = YBase::GetCurrentThreadID(); }).join();
   EXPECT_NE(other, 0u);
   EXPECT_NE(other, YBase::GetCurrentThreadID());
 }
 
-TEST(System, NumbersAChildOfAForkByItsOwn) {
+TEST(System, GivesAForkedChildItsOwnNumbers) {
   ASSERT_EQ(YBase::GetCurrentThreadID(), YBase::GetCurrentProcessID());
   const pid_t child = ::fork();
   ASSERT_GE(child, 0);
@@ -57,7 +57,7 @@ TEST(System, KnowsThePathOfTheProgram) {
   EXPECT_TRUE(std::filesystem::exists(path));
 }
 
-TEST(System, KnowsThePathOfAProgramDeepInFolders) {
+TEST(System, KnowsThePathOfADeeplyNestedProgram) {
   const TemporaryDirectory folder;
   std::filesystem::path deep = folder.Path();
   for (int level = 0; level < 5; ++level) deep /= std::string(200, 'd');

@@ -30,7 +30,7 @@ TEST(TextBuffer, KeepsItsTextWhenMemoryRunsOut) {
   EXPECT_EQ(buffer.View(), "1234");
 }
 
-TEST(TextBuffer, DoesNotAllocateForWhatWasReserved) {
+TEST(TextBuffer, DoesNotAllocateWithinItsReservedSize) {
   Buffer buffer;
   buffer.Append("1234");
   buffer.Reserve(100);

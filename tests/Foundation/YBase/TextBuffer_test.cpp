@@ -37,14 +37,14 @@ TEST(TextBuffer, TerminatesItsTextWithoutCountingTheTerminator) {
   EXPECT_EQ(buffer.View(), "123456789");
 }
 
-TEST(TextBuffer, KeepsNulBytesAndTakesEmptyTexts) {
+TEST(TextBuffer, KeepsNulBytesAndAcceptsEmptyTexts) {
   Buffer buffer;
   buffer.Append(std::string_view("a\0b", 3));
   buffer.Append(std::string_view());
   EXPECT_EQ(buffer.View(), std::string_view("a\0b", 3));
 }
 
-TEST(TextBuffer, BeginsAnewAfterClear) {
+TEST(TextBuffer, StartsAfreshAfterClear) {
   Buffer buffer;
   buffer.Append("a text on the heap");
   buffer.Clear();

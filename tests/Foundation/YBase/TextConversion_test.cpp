@@ -16,7 +16,7 @@ std::wstring Replacements(std::size_t count) {
   return std::wstring(count, REPLACEMENT);
 }
 
-TEST(TextConversion, TakesNullForAnEmptyText) {
+TEST(TextConversion, TreatsNullAsAnEmptyText) {
   EXPECT_EQ(WideCharToUTF8(nullptr), "");
   EXPECT_EQ(UTF8ToWideChar(nullptr), L"");
 }
@@ -44,7 +44,7 @@ TEST(TextConversion, KeepsControlCharactersAndTheByteOrderMark) {
   EXPECT_EQ(UTF8ToWideChar(YBase::UNICODE_BYTE_ORDER_MARK), L"\xFEFF");
 }
 
-TEST(WideCharToUTF8, ReplacesWhatIsNoScalarValue) {
+TEST(WideCharToUTF8, ReplacesWhatIsNotAScalarValue) {
   const wchar_t bad[] = {L'a', 0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0x110000, L'z', 0};
   EXPECT_EQ(WideCharToUTF8(bad), "a\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBDz");
 }
@@ -59,7 +59,7 @@ TEST(WideCharToUTF8, ReplacesNegativeCharacters) {
   EXPECT_EQ(WideCharToUTF8(bad), "\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
-TEST(EncodeUTF8, WritesOneCharacterOfAnyLength) {
+TEST(EncodeUTF8, EncodesACharacterOfAnyLength) {
   char storage[4];
   EXPECT_EQ(YBase::EncodeUTF8(L'\0', storage), std::string_view("\0", 1));
   EXPECT_EQ(YBase::EncodeUTF8(L'a', storage), "a");
@@ -67,7 +67,7 @@ TEST(EncodeUTF8, WritesOneCharacterOfAnyLength) {
   EXPECT_EQ(YBase::EncodeUTF8(0x110000, storage), "\xEF\xBF\xBD");
 }
 
-TEST(UTF8ToWideChar, ReplacesACharacterThatIsCutOffOnce) {
+TEST(UTF8ToWideChar, ReplacesATruncatedCharacterOnce) {
   EXPECT_EQ(UTF8ToWideChar("\xC3"), Replacements(1));
   EXPECT_EQ(UTF8ToWideChar("\xE2\x82"), Replacements(1));
   EXPECT_EQ(UTF8ToWideChar("\xF0\x9F\x98"), Replacements(1));
@@ -93,14 +93,14 @@ TEST(UTF8ToWideChar, ReplacesEachByteOfASurrogate) {
             Replacements(2) + L"A");
 }
 
-TEST(UTF8ToWideChar, ReplacesEachByteOfWhatIsPastTheLastCodePoint) {
+TEST(UTF8ToWideChar, ReplacesEachByteOfAValueBeyondTheLastCodePoint) {
   EXPECT_EQ(UTF8ToWideChar("\xF4\x90\x80\x80"), Replacements(4));
   EXPECT_EQ(UTF8ToWideChar("\xF5\x80\x80\x80"), Replacements(4));
   EXPECT_EQ(UTF8ToWideChar("\xF8\x88\x80\x80\x80"), Replacements(5));
   EXPECT_EQ(UTF8ToWideChar("\xFE\xFF"), Replacements(2));
 }
 
-TEST(UTF8ToWideChar, ReplacesContinuationsThatFollowNothing) {
+TEST(UTF8ToWideChar, ReplacesStrayContinuationBytes) {
   EXPECT_EQ(UTF8ToWideChar("\x80"
                            "a\xBF\xBF"),
             L"\xFFFD"
@@ -117,7 +117,7 @@ TEST(UTF8ToWideChar, AgreesWithThePublishedExamples) {
   EXPECT_EQ(UTF8ToWideChar("\xE1\x80\xE2\xF0\x91\x92\xF1\xBF\x41"), Replacements(4) + L"A");
 }
 
-RC_GTEST_PROP(TextConversion, GivesBackEveryTextOfScalarValues, ()) {
+RC_GTEST_PROP(TextConversion, RoundTripsEveryTextOfScalarValues, ()) {
   const auto scalarValue = rc::gen::suchThat(rc::gen::inRange<int>(1, 0x110000),
                                              [](int value) { return value < 0xD800 || value > 0xDFFF; });
   std::wstring text;
@@ -126,7 +126,7 @@ RC_GTEST_PROP(TextConversion, GivesBackEveryTextOfScalarValues, ()) {
   RC_ASSERT(UTF8ToWideChar(WideCharToUTF8(text.c_str()).c_str()) == text);
 }
 
-RC_GTEST_PROP(TextConversion, MakesWellFormedUtf8OfAnyBytes, ()) {
+RC_GTEST_PROP(TextConversion, TurnsAnyBytesIntoWellFormedUtf8, ()) {
   const auto bytes = *rc::gen::container<std::string>(rc::gen::map(rc::gen::inRange(1, 256), [](int byte) {
     return static_cast<char>(static_cast<unsigned char>(byte));
   }));
@@ -136,7 +136,7 @@ RC_GTEST_PROP(TextConversion, MakesWellFormedUtf8OfAnyBytes, ()) {
   RC_ASSERT(UTF8ToWideChar(WideCharToUTF8(wide.c_str()).c_str()) == wide);
 }
 
-RC_GTEST_PROP(TextConversion, MakesWellFormedUtf8OfAnyWideCharacters, (const std::vector<int>& values)) {
+RC_GTEST_PROP(TextConversion, TurnsAnyWideCharactersIntoWellFormedUtf8, (const std::vector<int>& values)) {
   std::wstring text;
   for (const int value : values) text += static_cast<wchar_t>(value != 0 ? value : 1);
   const std::wstring replaced = UTF8ToWideChar(WideCharToUTF8(text.c_str()).c_str());

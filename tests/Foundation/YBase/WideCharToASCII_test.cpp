@@ -26,7 +26,7 @@ TEST(WideCharToASCII, KeepsEveryCharacterOfASCII) {
   EXPECT_EQ(WideCharToASCII(std::wstring(text.begin(), text.end()).c_str()), text);
 }
 
-TEST(WideCharToASCII, TakesNullForAnEmptyText) {
+TEST(WideCharToASCII, TreatsNullAsAnEmptyText) {
   EXPECT_EQ(WideCharToASCII(nullptr), "");
   EXPECT_EQ(WideCharToASCII(L""), "");
 }

@@ -20,7 +20,7 @@ TEST(Clock, IsTheSystemsUnlessReplaced) {
   EXPECT_LE(now.count(), after.tv_sec * 1000 + after.tv_nsec / 1000000);
 }
 
-TEST(Clock, ComesBackWhenAFakeOneGoes) {
+TEST(Clock, IsRestoredWhenAFakeOneIsDestroyed) {
   const Clock& system = Clock::GetCurrent();
   {
     FakeClock clock(Clock::Instant(5ms));

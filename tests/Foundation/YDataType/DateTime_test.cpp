@@ -44,7 +44,7 @@ TEST(DateTime, CountsSecondsToTheNearestMillisecond) {
   EXPECT_EQ(DateTime(951782400.0).ToString(), "2000-02-29 00:00:00.000");
 }
 
-TEST(DateTime, StopsAtTheFirstAndTheLastInstantOfItsYears) {
+TEST(DateTime, IsLimitedToTheFirstAndLastInstantOfItsYears) {
   constexpr double INFINITE = std::numeric_limits<double>::infinity();
   constexpr double LARGEST = std::numeric_limits<double>::max();
   for (const double early : {-62135596800.0, -62135596800.001, -1e18, -LARGEST, -INFINITE}) {
@@ -55,7 +55,7 @@ TEST(DateTime, StopsAtTheFirstAndTheLastInstantOfItsYears) {
   }
 }
 
-TEST(DateTime, TakesWhatIsNoNumberForZero) {
+TEST(DateTime, TreatsNotANumberAsZero) {
   EXPECT_EQ(DateTime(std::numeric_limits<double>::quiet_NaN()), DateTime(0.0));
 }
 
@@ -90,14 +90,14 @@ TEST(DateTime, ReadsYearsOfFourToNineDigits) {
   EXPECT_EQ(dateTime.FromString("1000000000-12-31 00:00:00.000"), 0u);
 }
 
-TEST(DateTime, StopsReadingBehindTheMilliseconds) {
+TEST(DateTime, StopsReadingAfterTheMilliseconds) {
   DateTime dateTime(0.0);
   EXPECT_EQ(dateTime.FromString("2024-03-05 09:07:03.042+01:00"), 23u);
   EXPECT_EQ(dateTime.FromString("2024-03-05 09:07:03.042123"), 23u);
   EXPECT_EQ(dateTime.FromString("12024-03-05 09:07:03.042 text"), 24u);
 }
 
-TEST(DateTime, RefusesOtherFormsAndStaysAsItIs) {
+TEST(DateTime, RefusesOtherFormsAndStaysUnchanged) {
   const char* const TEXTS[] = {
       "",
       "2024",
@@ -122,7 +122,7 @@ TEST(DateTime, RefusesOtherFormsAndStaysAsItIs) {
   EXPECT_EQ(dateTime, DateTime(1.0));
 }
 
-TEST(DateTime, RefusesWhatDoesNotExistAndStaysAsItIs) {
+TEST(DateTime, RefusesDatesThatDoNotExistAndStaysUnchanged) {
   const char* const TEXTS[] = {
       "2024-00-05 09:07:03.042", "2024-13-05 09:07:03.042", "2024-03-00 09:07:03.042",
       "2024-03-32 09:07:03.042", "2024-04-31 09:07:03.042", "2024-03-05 24:00:00.000",
@@ -143,7 +143,7 @@ TEST(DateTime, HasNoOffsetAfterReading) {
   EXPECT_EQ(dateTime, Parse("2024-03-05 09:07:03.042"));
 }
 
-TEST(DateTime, DiffersByInstantsInUtc) {
+TEST(DateTime, SubtractsAsInstantsInUtc) {
   SetTimeZone("Asia/Kolkata");
   FakeClock clock(At(std::chrono::year{2024} / 3 / 5, 12h + 5ms));
   const DateTime earlier = DateTime::Now();
@@ -155,7 +155,7 @@ TEST(DateTime, DiffersByInstantsInUtc) {
   EXPECT_EQ((earlier - later).GetTotalMilliseconds(), -1500);
 }
 
-TEST(DateTime, DiffersByTheTimePassedWhenTheClocksGoBack) {
+TEST(DateTime, SubtractsToTheElapsedTimeWhenTheClocksGoBack) {
   SetTimeZone("Europe/Berlin");
   FakeClock clock(At(std::chrono::year{2024} / 10 / 27, 0h + 30min));
   const DateTime summer = DateTime::Now();
@@ -173,7 +173,7 @@ TEST(DateTime, SaturatesWhenADifferenceDoesNotFit) {
   EXPECT_LT((DateTime(0.0) - last).GetTotalMilliseconds(), std::numeric_limits<long long>::min() + 10'000);
 }
 
-TEST(DateTime, TellsTheSystemsTimeUnlessTheClockIsReplaced) {
+TEST(DateTime, UsesTheSystemsTimeUnlessTheClockIsReplaced) {
   const DateTime before(
       std::floor(std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count()));
   const long long passed = (DateTime::NowUTC() - before).GetTotalMilliseconds();
@@ -208,7 +208,7 @@ RC_GTEST_PROP(DateTime, ReadsBackWhatItPrints, ()) {
   RC_ASSERT((read - DateTime(0.0)).GetTotalMilliseconds() == milliseconds);
 }
 
-RC_GTEST_PROP(DateTime, ReadsAnyTextWithoutHarm, (const std::string& text)) {
+RC_GTEST_PROP(DateTime, ReadsAnyTextSafely, (const std::string& text)) {
   DateTime dateTime(0.0);
   RC_ASSERT(dateTime.FromString(text.c_str()) <= text.size());
 }

@@ -14,7 +14,7 @@ using Support::GetAllocationCount;
 using Support::SetTimeZone;
 using YDataType::DateTime;
 
-TEST(LocalTime, AllocatesNothingOnceItHasBegun) {
+TEST(LocalTime, AllocatesNothingAfterTheFirstCall) {
   SetTimeZone("Europe/Berlin");
   FakeClock clock(std::chrono::sys_days(std::chrono::year{2024} / 7 / 15));
   DateTime::Now();

@@ -57,11 +57,11 @@ TEST(LocalTime, ShowsTheZoneFarthestEast) {
   EXPECT_EQ(Show(At(WINTER, 12h)), "2024-01-16 02:00:00 840+0");
 }
 
-TEST(LocalTime, ShowsAZoneWhoseWinterIsTheException) {
+TEST(LocalTime, ShowsAZoneWithNegativeDaylightSaving) {
   SetTimeZone("Europe/Dublin");
   const std::string winter = Show(At(WINTER));
   const std::string summer = Show(At(SUMMER));
-  // Which of the two is the standard is a matter of how the zone's data were made.
+  // Whether winter or summer time is the standard depends on how the zone's data were compiled.
   EXPECT_THAT(winter, testing::AnyOf("2024-01-15 00:00:00 0+0", "2024-01-15 00:00:00 60+-60"));
   EXPECT_THAT(summer, testing::AnyOf("2024-07-15 01:00:00 0+60", "2024-07-15 01:00:00 60+0"));
 }
@@ -72,12 +72,12 @@ TEST(LocalTime, ShowsAZoneGivenAsARule) {
   EXPECT_EQ(Show(At(SUMMER)), "2024-07-15 02:30:00 105+45");
 }
 
-TEST(LocalTime, ShowsUtcForAZoneThatNobodyKnows) {
+TEST(LocalTime, ShowsUtcForAnUnknownZone) {
   SetTimeZone("No/Such_Zone");
   EXPECT_EQ(Show(At(SUMMER, 12h)), "2024-07-15 12:00:00 0+0");
 }
 
-TEST(LocalTime, LeavesSecondsOfAnOffsetToTheTimeOfDay) {
+TEST(LocalTime, CountsSecondsOfAnOffsetOnlyInTheTimeOfDay) {
   SetTimeZone("AAA-1:02:03");
   EXPECT_EQ(Show(At(SUMMER)), "2024-07-15 01:02:03 62+0");
 }
@@ -98,9 +98,9 @@ TEST(LocalTime, RepeatsAnHourWhenTheClocksGoBack) {
   EXPECT_EQ(Show(change + 1h), "2024-10-27 03:00:00 60+0");
 }
 
-TEST(LocalTime, AddsUpWhereTheStandardOffsetOfTheTimeWasAnother) {
+TEST(LocalTime, ShowsTheRightTotalOffsetIfTheStandardOffsetWasDifferent) {
   SetTimeZone("Europe/London");
-  // In the winters of 1968 to 1971 an hour ahead was the standard.
+  // From 1968 to 1971, standard time was one hour ahead of UTC.
   EXPECT_EQ(Show(At(std::chrono::year{1970} / 1 / 15)).substr(0, 19), "1970-01-15 01:00:00");
   const YDataType::CivilTime local = YDataType::GetLocalTime(At(std::chrono::year{1970} / 1 / 15));
   EXPECT_EQ(local.standardOffset + local.daylightSavingOffset, 60);
@@ -118,7 +118,7 @@ TEST(LocalTime, FollowsAClockThatJumps) {
   EXPECT_EQ(DateTime::Now().ToString(), "2024-01-15 01:00:00.000");
 }
 
-TEST(LocalTime, NoticesWithinTheSecondThatTheHostChangedTheZone) {
+TEST(LocalTime, NoticesANewZoneWithinTheSameSecond) {
   const FakeClock clock(At(SUMMER));
   SetTimeZone("Europe/Berlin");
   EXPECT_EQ(DateTime::Now().ToString(), "2024-07-15 02:00:00.000");
@@ -128,7 +128,7 @@ TEST(LocalTime, NoticesWithinTheSecondThatTheHostChangedTheZone) {
   EXPECT_EQ(DateTime::Now().ToString(), "2024-07-15 00:00:00.000");
 }
 
-TEST(LocalTime, NoticesAChangeOfTheNameAlone) {
+TEST(LocalTime, NoticesANewZoneWithTheSameStandardOffset) {
   const FakeClock clock(At(SUMMER));
   SetTimeZone("AAA0BBB,M3.2.0,M11.1.0");
   EXPECT_EQ(DateTime::Now().GetHour(), 1);
@@ -136,7 +136,7 @@ TEST(LocalTime, NoticesAChangeOfTheNameAlone) {
   EXPECT_EQ(DateTime::Now().GetHour(), 0);
 }
 
-/// Asks for the time when nothing of its thread but plain memory is left.
+/// Asks for the time when the other objects of its thread have been destroyed.
 struct AsksWhenItsThreadEnds {
   int* answer = nullptr;
   ~AsksWhenItsThreadEnds() {
@@ -145,7 +145,7 @@ struct AsksWhenItsThreadEnds {
 };
 thread_local AsksWhenItsThreadEnds gsAsksLast;
 
-TEST(LocalTime, IsThereWhileAThreadsObjectsAreDestroyed) {
+TEST(LocalTime, IsAvailableWhileAThreadsObjectsAreDestroyed) {
   SetTimeZone("Asia/Kolkata");
   const FakeClock clock(At(SUMMER));
   int hour = -1;
@@ -155,7 +155,7 @@ TEST(LocalTime, IsThereWhileAThreadsObjectsAreDestroyed) {
 
 const int gsYearBeforeMain = DateTime::Now().GetYear();
 
-TEST(LocalTime, IsThereBeforeMain) {
+TEST(LocalTime, IsAvailableBeforeMain) {
   EXPECT_GE(gsYearBeforeMain, 2024);
 }
 
@@ -176,7 +176,7 @@ TEST(LocalTime, IsRightInEveryThreadWhileTheClockRuns) {
   EXPECT_EQ(wrong, 0);
 }
 
-/// Whether a child of a fork tells the local time and ends; one that hangs is ended by its alarm.
+/// Whether a forked child gets the local time and exits. If it hangs, its alarm ends it.
 bool ChildTellsTheTime() {
   const pid_t child = ::fork();
   if (child == 0) {
@@ -187,14 +187,14 @@ bool ChildTellsTheTime() {
   return child > 0 && ::waitpid(child, &status, 0) == child && status == 0;
 }
 
-TEST(LocalTime, IsThereInChildrenForkedWhileOtherThreadsAsk) {
+TEST(LocalTime, IsAvailableInChildrenForkedWhileOtherThreadsUseIt) {
   SetTimeZone("Asia/Kolkata");
   FakeClock clock(At(SUMMER));
   std::atomic<bool> running{true};
   std::vector<std::jthread> threads;
   for (int i = 0; i < 2; ++i) {
     threads.emplace_back([&] {
-      // A new instant each time, so that each question reaches the C library.
+      // A new instant each time, so that each call reaches the C library.
       for (auto instant = At(SUMMER); running; instant += 1s) YDataType::GetLocalTime(instant);
     });
   }

@@ -52,7 +52,7 @@ TEST(ObjectCollection, KeepsNullLikeAnyOtherEntry) {
   EXPECT_EQ(collection.GetItem(0), nullptr);
 }
 
-TEST(ObjectCollection, RefusesAnIndexPastItsEndInDebugBuilds) {
+TEST(ObjectCollection, RefusesAnIndexBeyondItsEndInDebugBuilds) {
   const Collection collection;
   EXPECT_DEBUG_DEATH(EXPECT_EQ(collection.GetItem(0), nullptr), "index");
 }

@@ -7,19 +7,19 @@ namespace {
 
 using YDataType::TimeSpan;
 
-TEST(TimeSpan, IsNoTimeByDefault) {
+TEST(TimeSpan, IsZeroByDefault) {
   EXPECT_EQ(TimeSpan().GetTotalMilliseconds(), 0);
   EXPECT_EQ(TimeSpan().GetTotalSeconds(), 0);
 }
 
-TEST(TimeSpan, DropsWhatIsLeftOfASecond) {
+TEST(TimeSpan, DropsFractionsOfASecond) {
   EXPECT_EQ(TimeSpan(1999).GetTotalSeconds(), 1);
   EXPECT_EQ(TimeSpan(999).GetTotalSeconds(), 0);
   EXPECT_EQ(TimeSpan(-999).GetTotalSeconds(), 0);
   EXPECT_EQ(TimeSpan(-1999).GetTotalSeconds(), -1);
 }
 
-TEST(TimeSpan, SaturatesWhereSecondsDoNotFitThirtyTwoBits) {
+TEST(TimeSpan, SaturatesIfTheSecondsDoNotFit32Bits) {
   EXPECT_EQ(TimeSpan(INT_MAX * 1000LL + 999).GetTotalSeconds(), INT_MAX);
   EXPECT_EQ(TimeSpan(INT_MAX * 1000LL + 1000).GetTotalSeconds(), INT_MAX);
   EXPECT_EQ(TimeSpan(INT_MIN * 1000LL - 1000).GetTotalSeconds(), INT_MIN);
@@ -27,7 +27,7 @@ TEST(TimeSpan, SaturatesWhereSecondsDoNotFitThirtyTwoBits) {
   EXPECT_EQ(TimeSpan(LLONG_MIN).GetTotalSeconds(), INT_MIN);
 }
 
-TEST(TimeSpan, SinceTheEpochStaysLongWhenThirtyTwoBitsAreOver) {
+TEST(TimeSpan, SinceTheEpochSaturatesOnceItExceeds32Bits) {
   const YDataType::DateTime late(253370764800.0);
   EXPECT_EQ((late - YDataType::DateTime(0.0)).GetTotalSeconds(), INT_MAX);
 }

@@ -33,7 +33,7 @@ TEST_F(Directory, IsCreatedWithAllItsParents) {
   EXPECT_TRUE(fs::is_directory(Path("one/two/three")));
 }
 
-TEST_F(Directory, IsCreatedAloneWhereItsParentsAreThere) {
+TEST_F(Directory, IsCreatedAloneIfItsParentsExist) {
   Create("one", false);
   EXPECT_TRUE(fs::is_directory(Path("one")));
 }
@@ -43,7 +43,7 @@ TEST_F(Directory, IsNotCreatedWithoutItsParents) {
   EXPECT_FALSE(fs::exists(Path("one")));
 }
 
-TEST_F(Directory, IsLeftAsItIsWhereItIsThere) {
+TEST_F(Directory, IsLeftUnchangedIfItExists) {
   fs::create_directory(Path("one"));
   std::ofstream(Path("one/file")) << "x";
   Create("one");
@@ -51,7 +51,7 @@ TEST_F(Directory, IsLeftAsItIsWhereItIsThere) {
   EXPECT_TRUE(fs::exists(Path("one/file")));
 }
 
-TEST_F(Directory, IsFoundBehindASymbolicLink) {
+TEST_F(Directory, IsFoundThroughASymbolicLink) {
   fs::create_directory(Path("one"));
   fs::create_symlink(Path("one"), Path("link"));
   Create("link");
@@ -59,7 +59,7 @@ TEST_F(Directory, IsFoundBehindASymbolicLink) {
   EXPECT_TRUE(fs::is_directory(Path("one/two")));
 }
 
-TEST_F(Directory, MayBeNamedWithSeparatorsAtTheEnd) {
+TEST_F(Directory, CanBeNamedWithTrailingSeparators) {
   Create("one/two//");
   Create("one/two/", false);
   EXPECT_TRUE(fs::is_directory(Path("one/two")));
@@ -71,7 +71,7 @@ TEST_F(Directory, IsNotCreatedInThePlaceOfAFile) {
   EXPECT_EQ(ThrownText([&] { Create("file/below"); }), Failure("file/below", "Not a directory"));
 }
 
-TEST_F(Directory, IsNotCreatedBehindALinkThatLeadsNowhere) {
+TEST_F(Directory, IsNotCreatedThroughADanglingLink) {
   fs::create_symlink(Path("missing"), Path("dangling"));
   EXPECT_EQ(ThrownText([&] { Create("dangling"); }), Failure("dangling", "File exists"));
 }
@@ -83,12 +83,12 @@ TEST_F(Directory, IsNotCreatedWithoutAName) {
   }
 }
 
-TEST_F(Directory, IsNotCreatedUnderANameTooLong) {
+TEST_F(Directory, IsNotCreatedIfItsNameIsTooLong) {
   const std::string name(300, 'x');
   EXPECT_EQ(ThrownText([&] { Create(name); }), Failure(name, "File name too long"));
 }
 
-TEST_F(Directory, IsOpenToAllLessTheUmask) {
+TEST_F(Directory, IsAccessibleToAllExceptAsTheUmaskForbids) {
   const mode_t previous = umask(027);
   Create("one/two");
   umask(previous);
@@ -97,7 +97,7 @@ TEST_F(Directory, IsOpenToAllLessTheUmask) {
   }
 }
 
-TEST_F(Directory, MayHaveANameThatIsNotASCII) {
+TEST_F(Directory, CanHaveANonASCIIName) {
   YFileSystem::Directory::Create((mDirectory.Path().wstring() + L"/\u00E4\u4E2D").c_str(), true);
   EXPECT_TRUE(fs::is_directory(Path("\xC3\xA4\xE4\xB8\xAD")));
 }

@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 class FileLock : public UpdateableFileTest {
  protected:
-  /// As another process finds it.
+  /// Whether another process can lock it.
   bool IsFreeForOthers() const {
     return Support::ChildProcess([this] { return Support::IsFree(mPath) ? 1 : 0; }).Wait() == 1;
   }
@@ -27,7 +27,7 @@ class FileLock : public UpdateableFileTest {
   const FilePtr mFile = Open();
 };
 
-TEST_F(FileLock, KeepsOtherProcessesAwayAsLongAsItIsHeld) {
+TEST_F(FileLock, ExcludesOtherProcessesWhileItIsHeld) {
   EXPECT_TRUE(IsFreeForOthers());
   {
     const WriteLock lock(*mFile);
@@ -36,12 +36,12 @@ TEST_F(FileLock, KeepsOtherProcessesAwayAsLongAsItIsHeld) {
   EXPECT_TRUE(IsFreeForOthers());
 }
 
-TEST_F(FileLock, KeepsOtherInstancesInTheProcessAway) {
+TEST_F(FileLock, ExcludesOtherInstancesInTheProcess) {
   const WriteLock lock(*mFile);
   EXPECT_FALSE(Support::IsFree(mPath));
 }
 
-TEST_F(FileLock, SurvivesThatAnotherDescriptorOfTheFileIsClosed) {
+TEST_F(FileLock, SurvivesTheClosingOfAnotherDescriptorOfTheFile) {
   const WriteLock lock(*mFile);
   close(open(mPath.c_str(), O_RDWR | O_CLOEXEC));
   { const FilePtr other = Open(); }
@@ -65,7 +65,7 @@ TEST_F(FileLock, IsFreeOnceItsHolderIsKilled) {
   close(ends[1]);
 }
 
-TEST_F(FileLock, LetsEveryRecordOfManyProcessesStandWhole) {
+TEST_F(FileLock, KeepsTheRecordsOfManyProcessesIntact) {
   constexpr int PROCESSES = 4;
   constexpr int RECORDS = 300;
   std::vector<Support::ChildProcess> children;
@@ -96,7 +96,7 @@ TEST_F(FileLock, LetsEveryRecordOfManyProcessesStandWhole) {
 
 class ForkedFile : public UpdateableFileTest {
  protected:
-  /// Runs expectations in a child, which fail the test, too.
+  /// Runs expectations in a child. If they fail there, the test fails.
   static void InChild(const std::function<void()>& work) {
     Support::ChildProcess child([&] {
       work();
@@ -114,7 +114,7 @@ TEST_F(ForkedFile, IsNotOpenInAChildThatDoesNotNeedIt) {
   EXPECT_EQ(Support::DescriptorsOf(mPath).size(), 1U);
 }
 
-TEST_F(ForkedFile, IsOpenedAnewByAChildThatNeedsIt) {
+TEST_F(ForkedFile, IsReopenedByAChildThatNeedsIt) {
   Append(*mFile, "parent ");
   InChild([&] {
     Append(*mFile, "child ");
@@ -124,7 +124,7 @@ TEST_F(ForkedFile, IsOpenedAnewByAChildThatNeedsIt) {
   EXPECT_EQ(Content(), "parent child parent");
 }
 
-TEST_F(ForkedFile, IsOpenedAnewWhateverTheChildNeedsFirst) {
+TEST_F(ForkedFile, IsReopenedWhateverTheChildDoesFirst) {
   Write("0123");
   InChild([&] { EXPECT_EQ(mFile->QueryPath().mSize, 4U); });
   InChild([&] { EXPECT_EQ(ReadAll(*mFile), "0123"); });
@@ -144,7 +144,7 @@ TEST_F(ForkedFile, KeepsItsPositionInAChild) {
   });
 }
 
-TEST_F(ForkedFile, IsInAChildTheOneThatStandsAtThePathThen) {
+TEST_F(ForkedFile, IsTheCurrentFileAtThePathWhenAChildOpensIt) {
   Append(*mFile, "old");
   fs::rename(mPath, mDirectory.Path() / "moved");
   InChild([&] {
@@ -156,7 +156,7 @@ TEST_F(ForkedFile, IsInAChildTheOneThatStandsAtThePathThen) {
   EXPECT_FALSE(mFile->QueryPath().mIsThisFile);
 }
 
-TEST_F(ForkedFile, IsClosedOnExecAndOfTheUsualModeWhenAChildOpensIt) {
+TEST_F(ForkedFile, IsClosedOnExecAndHasTheUsualModeWhenAChildOpensIt) {
   fs::remove(mPath);
   InChild([&] {
     umask(0);
@@ -168,7 +168,7 @@ TEST_F(ForkedFile, IsClosedOnExecAndOfTheUsualModeWhenAChildOpensIt) {
   EXPECT_EQ(fs::status(mPath).permissions(), fs::perms(0640));
 }
 
-TEST_F(ForkedFile, ThatAChildCannotOpenIsAFailureThere) {
+TEST_F(ForkedFile, ThrowsInAChildThatCannotOpenIt) {
   fs::remove(mPath);
   fs::create_directory(mPath);
   InChild([&] { EXPECT_EQ(ThrownText([&] { Append(*mFile, "x"); }), OpeningFailure("Is a directory")); });
@@ -194,20 +194,20 @@ TEST_F(ForkedFile, StaysLockedWhenAChildEnds) {
   EXPECT_FALSE(Support::IsFree(mPath));
 }
 
-TEST_F(ForkedFile, StaysLockedWhenAChildLetsItGo) {
+TEST_F(ForkedFile, StaysLockedWhenAChildReleasesIt) {
   FilePtr file = Open(mPath);
   const WriteLock lock(*mFile);
   InChild([&] { file = nullptr; });
   EXPECT_FALSE(Support::IsFree(mPath));
 }
 
-TEST_F(ForkedFile, StaysLockedWhenAChildGivesBackWhatItDoesNotHold) {
+TEST_F(ForkedFile, StaysLockedWhenAChildUnlocksWithoutHoldingTheLock) {
   std::optional<WriteLock> lock(std::in_place, *mFile);
   InChild([&] { lock.reset(); });
   EXPECT_FALSE(Support::IsFree(mPath));
 }
 
-TEST_F(ForkedFile, IsFreeOnceItsHolderIsKilledThoughAChildOfItLives) {
+TEST_F(ForkedFile, IsUnlockedOnceItsHolderIsKilledEvenIfAChildLives) {
   int alive[2];
   int release[2];
   ASSERT_EQ(pipe(alive), 0);
@@ -217,7 +217,7 @@ TEST_F(ForkedFile, IsFreeOnceItsHolderIsKilledThoughAChildOfItLives) {
     Support::ChildProcess grandchild([&] {
       close(release[1]);
       EXPECT_EQ(write(alive[1], "x", 1), 1);
-      // Until the test lets it go.
+      // Until the test ends it.
       char end;
       return static_cast<int>(read(release[0], &end, 1));
     });
@@ -231,7 +231,7 @@ TEST_F(ForkedFile, IsFreeOnceItsHolderIsKilledThoughAChildOfItLives) {
   for (const int end : {alive[0], alive[1], release[0], release[1]}) close(end);
 }
 
-TEST_F(ForkedFile, ThatWasReleasedLeavesItsNumberToOthers) {
+TEST_F(ForkedFile, LeavesItsNumberToOthersOnceItIsReleased) {
   const fs::path path = mDirectory.Path() / "gone";
   FilePtr gone = Open(path);
   const std::vector<int> numbers = Support::DescriptorsOf(path);
@@ -242,7 +242,7 @@ TEST_F(ForkedFile, ThatWasReleasedLeavesItsNumberToOthers) {
   close(other);
 }
 
-TEST_F(ForkedFile, IsOpenedAnewByAGrandchild) {
+TEST_F(ForkedFile, IsReopenedByAGrandchild) {
   InChild([&] {
     Append(*mFile, "child ");
     InChild([&] {

@@ -11,7 +11,7 @@ namespace {
 
 constinit std::atomic<int> gsHandlerCalls{0};
 
-/// Time that stands still until it is told otherwise.
+/// Time that only advances when a test sets it.
 class StandingTime final : public Support::FileOperationsWrapper {
  public:
   std::chrono::nanoseconds GetCoarseTime() noexcept override { return mNow; }
@@ -56,7 +56,7 @@ class FileSizeLimit : public UpdateableFileTest {
     sigaddset(&signals, SIGXFSZ);
     return signals;
   }
-  /// Takes the signal away where it is pending.
+  /// Consumes the signal if it is pending.
   static bool IsTaken() {
     const sigset_t signals = Signals();
     constexpr timespec NO_TIME{};
@@ -105,7 +105,7 @@ TEST_F(FileSizeLimit, DoesNotKillAProcessThatHasNoHandler) {
       testing::ExitedWithCode(3), "");
 }
 
-TEST_F(FileSizeLimit, LeavesASignalPendingThatTheHostBlocksAndRaised) {
+TEST_F(FileSizeLimit, LeavesASignalPendingIfTheHostBlockedAndRaisedIt) {
   Block();
   raise(SIGXFSZ);
   Limit(10);
@@ -159,7 +159,7 @@ TEST_F(FileSizeLimit, IsAFailureOfATruncationThatLengthensTheFile) {
   EXPECT_EQ(gsHandlerCalls, 0);
 }
 
-TEST_F(FileSizeLimit, ThatIsRaisedLetsWritingGoOn) {
+TEST_F(FileSizeLimit, AllowsWritingAgainOnceItIsRaised) {
   Limit(10);
   const FilePtr file = Open();
   ExpectTooLarge(*file, "0123456789x");

@@ -52,7 +52,7 @@ TEST_F(File, IsGoneWhenItIsDeleted) {
   EXPECT_FALSE(Exists("a"));
 }
 
-TEST_F(File, ThatIsMissingNeedsNoDeleting) {
+TEST_F(File, IsDeletedWithoutAnErrorIfItIsMissing) {
   Delete("missing");
   Delete("missing/below");
   Write("a", "x");
@@ -62,7 +62,7 @@ TEST_F(File, ThatIsMissingNeedsNoDeleting) {
   EXPECT_EQ(Content("a"), "x");
 }
 
-TEST_F(File, OutlivesASymbolicLinkThatIsDeleted) {
+TEST_F(File, SurvivesTheDeletionOfASymbolicLinkToIt) {
   Write("a", "x");
   fs::create_symlink(Path("a"), Path("link"));
   Delete("link");
@@ -70,13 +70,13 @@ TEST_F(File, OutlivesASymbolicLinkThatIsDeleted) {
   EXPECT_EQ(Content("a"), "x");
 }
 
-TEST_F(File, ThatIsADirectoryIsNotDeleted) {
+TEST_F(File, IsNotDeletedIfItIsADirectory) {
   fs::create_directory(Path("folder"));
   EXPECT_EQ(ThrownText([&] { Delete("folder"); }), Failure("Delete", "delete", "folder", "Is a directory"));
   EXPECT_TRUE(Exists("folder"));
 }
 
-TEST_F(File, ThatMayNotBeDeletedSaysSo) {
+TEST_F(File, ReportsThatItCannotBeDeleted) {
   Write("a", "x");
   Support::FaultyFileOperations faults;
   faults.mUnlink.Inject(EACCES);
@@ -91,14 +91,14 @@ TEST_F(File, HasItsNewNameOnlyWhenItIsMoved) {
   EXPECT_EQ(Content("b"), "x");
 }
 
-TEST_F(File, TakesThePlaceOfAnotherWhenItIsMoved) {
+TEST_F(File, ReplacesAnotherWhenItIsMoved) {
   Write("a", "new");
   Write("b", "old");
   Move("a", "b");
   EXPECT_EQ(Content("b"), "new");
 }
 
-TEST_F(File, TakesThePlaceOfASymbolicLinkWhenItIsMoved) {
+TEST_F(File, ReplacesASymbolicLinkWhenItIsMoved) {
   Write("a", "new");
   Write("target", "old");
   fs::create_symlink(Path("target"), Path("link"));
@@ -108,7 +108,7 @@ TEST_F(File, TakesThePlaceOfASymbolicLinkWhenItIsMoved) {
   EXPECT_EQ(Content("target"), "old");
 }
 
-TEST_F(File, ThatIsMissingIsNotMoved) {
+TEST_F(File, IsNotMovedIfItIsMissing) {
   EXPECT_EQ(ThrownText([&] { Move("a", "b"); }),
             Failure("Move", "move", "a' to '" + Path("b").string(), "No such file or directory"));
 }
@@ -121,7 +121,7 @@ TEST_F(File, IsNotMovedOntoADirectory) {
   EXPECT_EQ(Content("a"), "x");
 }
 
-TEST_F(File, ThatMayNotBeMovedSaysSo) {
+TEST_F(File, ReportsThatItCannotBeMoved) {
   Write("a", "x");
   Support::FaultyFileOperations faults;
   faults.mRename.Inject(EXDEV);
@@ -142,7 +142,7 @@ TEST_F(File, IsKnownWithItsTypeSizeAndPermissions) {
   EXPECT_EQ(facts->mGroup, getegid());
 }
 
-TEST_F(File, IsNotWhatASymbolicLinkOfTheNameLeadsTo) {
+TEST_F(File, IsTheSymbolicLinkItselfNotItsTarget) {
   Write("a", "x");
   fs::create_symlink(Path("a"), Path("link"));
   fs::create_symlink(Path("nothing"), Path("dangling"));
@@ -150,11 +150,11 @@ TEST_F(File, IsNotWhatASymbolicLinkOfTheNameLeadsTo) {
   EXPECT_EQ(Query("dangling")->mType, FileFacts::Type::OTHER);
 }
 
-TEST_F(File, IsADirectoryWhereTheNameIsThatOfOne) {
+TEST_F(File, IsADirectoryIfTheNameIsThatOfOne) {
   EXPECT_EQ(Query("")->mType, FileFacts::Type::DIRECTORY);
 }
 
-TEST_F(File, IsMissingOnlyWhereTheSystemSaysSo) {
+TEST_F(File, IsMissingOnlyIfTheSystemSaysSo) {
   EXPECT_FALSE(Query("a"));
   Support::FaultyFileOperations faults;
   for (const int error : {EIO, ENOMEM, EACCES, ENAMETOOLONG, ENOTDIR}) {
@@ -165,7 +165,7 @@ TEST_F(File, IsMissingOnlyWhereTheSystemSaysSo) {
   }
 }
 
-TEST_F(File, IsAskedForAgainWhereASignalInterruptsTheQuestion) {
+TEST_F(File, IsExaminedAgainIfASignalInterruptsTheCall) {
   Write("a", "x");
   Support::FaultyFileOperations faults;
   faults.mQueryName.Inject(EINTR, 3);

@@ -28,31 +28,31 @@ TEST(PathCombine, JoinsWithOneSeparator) {
   EXPECT_EQ(Combine(L"/", L"a.log"), L"/a.log");
 }
 
-TEST(PathCombine, LetsAnAbsoluteSecondPathWin) {
+TEST(PathCombine, ReturnsTheSecondPathIfItIsAbsolute) {
   EXPECT_EQ(Combine(L"/var/log", L"/tmp/a.log"), L"/tmp/a.log");
   EXPECT_EQ(Combine(L"/var/log", L"//tmp"), L"/tmp");
   EXPECT_EQ(Combine(L"/var/log", L"/"), L"/");
 }
 
-TEST(PathCombine, OnlyNormalisesWhereTheSecondPathIsEmpty) {
+TEST(PathCombine, OnlyNormalisesIfTheSecondPathIsEmpty) {
   EXPECT_EQ(Combine(L"/var/log/a.log", L""), L"/var/log/a.log");
   EXPECT_EQ(Combine(L"a//b/./c/../d", L""), L"a/b/d");
   EXPECT_EQ(Combine(L"a.log", L""), L"a.log");
 }
 
-TEST(PathCombine, TakesAnEmptyBase) {
+TEST(PathCombine, AcceptsAnEmptyBase) {
   EXPECT_EQ(Combine(L"", L"a.log"), L"a.log");
   EXPECT_EQ(Combine(L"", L"./a.log"), L"a.log");
   EXPECT_EQ(Combine(L"", L""), L"");
 }
 
-TEST(PathCombine, TakesNullAsEmpty) {
+TEST(PathCombine, TreatsNullAsEmpty) {
   EXPECT_EQ(Combine(nullptr, L"a"), L"a");
   EXPECT_EQ(Combine(L"a", nullptr), L"a");
   EXPECT_EQ(Combine(nullptr, nullptr), L"");
 }
 
-TEST(PathCombine, DropsSeparatorsAtTheEnd) {
+TEST(PathCombine, DropsTrailingSeparators) {
   EXPECT_EQ(Combine(L"a", L"b/"), L"a/b");
   EXPECT_EQ(Combine(L"a///", L""), L"a");
   EXPECT_EQ(Combine(L"a/b/..", L""), L"a");
@@ -60,46 +60,46 @@ TEST(PathCombine, DropsSeparatorsAtTheEnd) {
   EXPECT_EQ(Combine(L"../", L""), L"..");
 }
 
-TEST(PathCombine, TakesRepeatedSeparatorsAsOne) {
+TEST(PathCombine, TreatsRepeatedSeparatorsAsOne) {
   EXPECT_EQ(Combine(L"//x", L""), L"/x");
   EXPECT_EQ(Combine(L"//x", L"y//z"), L"/x/y/z");
   EXPECT_EQ(Combine(L"///", L""), L"/");
   EXPECT_EQ(Combine(L"//", L"x"), L"/x");
 }
 
-TEST(PathCombine, EndsAtTheRoot) {
+TEST(PathCombine, DoesNotGoAboveTheRoot) {
   EXPECT_EQ(Combine(L"/", L".."), L"/");
   EXPECT_EQ(Combine(L"/..", L"../a"), L"/a");
   EXPECT_EQ(Combine(L"/a", L"../.."), L"/");
   EXPECT_EQ(Combine(L"/", L"."), L"/");
 }
 
-TEST(PathCombine, KeepsWhatLeadsOutOfARelativePath) {
+TEST(PathCombine, KeepsTheLeadingDotDotsOfARelativePath) {
   EXPECT_EQ(Combine(L"..", L"a"), L"../a");
   EXPECT_EQ(Combine(L"a", L"../../b"), L"../b");
 }
 
-TEST(PathCombine, NamesTheCurrentDirectoryWhereNothingRemains) {
+TEST(PathCombine, NamesTheCurrentDirectoryIfNothingRemains) {
   EXPECT_EQ(Combine(L"a", L".."), L".");
   EXPECT_EQ(Combine(L".", L""), L".");
   EXPECT_EQ(Combine(L"./", L"."), L".");
 }
 
-TEST(PathCombine, KeepsBlanksDotsAndControlCharactersOfNames) {
+TEST(PathCombine, KeepsBlanksDotsAndControlCharactersInNames) {
   EXPECT_EQ(Combine(L"a b", L"...\n\x01"), L"a b/...\n\x01");
   EXPECT_EQ(Combine(L".hidden", L"x..y"), L".hidden/x..y");
 }
 
-TEST(PathCombine, KeepsWhatIsNotASCII) {
+TEST(PathCombine, KeepsNonASCIICharacters) {
   EXPECT_EQ(Combine(L"/\u00E4", L"\u4E2D\U0001F600"), L"/\u00E4/\u4E2D\U0001F600");
 }
 
-TEST(PathCombine, TurnsWhatIsNoCharacterIntoTheReplacement) {
+TEST(PathCombine, ReplacesInvalidCharacters) {
   const wchar_t surrogate[] = {L'a', wchar_t{0xD800}, L'\0'};
   EXPECT_EQ(Combine(surrogate, L""), L"a\uFFFD");
 }
 
-TEST(PathCombine, TakesTheLongestPathTheSystemTakesAndThrowsPastIt) {
+TEST(PathCombine, AcceptsTheSystemsLongestPathAndRefusesALongerOne) {
   const std::wstring longest(PATH_MAX - 2, L'x');
   EXPECT_EQ(Combine(L"/", longest.c_str()).size(), PATH_MAX - 1U);
   EXPECT_THAT(ThrownText([&] { Combine(L"/x", longest.c_str()); }),
@@ -117,13 +117,13 @@ TEST(PathCombine, ThrowsForAPathOfAMegabyte) {
   EXPECT_NE(ThrownText([] { Combine(L"a", std::wstring(1'000'000, L'x').c_str()); }), "");
 }
 
-TEST(PathCombine, MeasuresTheResultNotThePieces) {
+TEST(PathCombine, LimitsTheResultNotTheParts) {
   std::wstring there_and_back;
   for (int i = 0; i < PATH_MAX; ++i) there_and_back += L"a/../";
   EXPECT_EQ(Combine(there_and_back.c_str(), L"b"), L"b");
 }
 
-/// What normalising means, in the simplest words.
+/// The simplest possible implementation of normalising.
 std::wstring Normalised(const std::wstring& path) {
   if (path.empty()) return path;
   const bool isAbsolute = path.front() == L'/';
@@ -144,7 +144,7 @@ std::wstring Normalised(const std::wstring& path) {
   return result.empty() ? L"." : result;
 }
 
-RC_GTEST_PROP(PathCombine, NormalisesWhateverIsMadeOfSeparatorsDotsAndNames, ()) {
+RC_GTEST_PROP(PathCombine, NormalisesAnyPathOfSeparatorsDotsAndNames, ()) {
   const auto path = *rc::gen::container<std::wstring>(rc::gen::element(L'/', L'/', L'.', L'.', L'a', L'b'));
   RC_ASSERT(Combine(path.c_str(), L"") == Normalised(path));
 }
@@ -158,14 +158,14 @@ RC_GTEST_PROP(PathCombine, NormalisesWhatItJoins, ()) {
             Normalised(isAlone ? relative : base + L'/' + relative));
 }
 
-TEST(PathGetDirname, IsWhatStandsBeforeTheLastSeparator) {
+TEST(PathGetDirname, IsThePartBeforeTheLastSeparator) {
   EXPECT_EQ(GetDirname(L"/var/log/a.log"), L"/var/log");
   EXPECT_EQ(GetDirname(L"log/a.log"), L"log");
   EXPECT_EQ(GetDirname(L"log/"), L"log");
   EXPECT_EQ(GetDirname(L"log//a.log"), L"log");
 }
 
-TEST(PathGetDirname, IsTheRootDirectlyBelowIt) {
+TEST(PathGetDirname, IsTheRootForANameDirectlyBelowIt) {
   EXPECT_EQ(GetDirname(L"/a.log"), L"/");
   EXPECT_EQ(GetDirname(L"//a.log"), L"/");
   EXPECT_EQ(GetDirname(L"/"), L"/");
@@ -183,7 +183,7 @@ TEST(PathGetBasename, IsTheLastComponentWithItsExtension) {
   EXPECT_STREQ(GetBasename("/a"), "a");
 }
 
-TEST(PathGetBasename, IsEmptyBehindASeparatorAtTheEnd) {
+TEST(PathGetBasename, IsEmptyAfterATrailingSeparator) {
   EXPECT_STREQ(GetBasename("src/"), "");
   EXPECT_STREQ(GetBasename("/"), "");
   EXPECT_STREQ(GetBasename(""), "");
@@ -214,14 +214,14 @@ class PathQuestions : public testing::Test {
   const Support::TemporaryDirectory mDirectory;
 };
 
-TEST_F(PathQuestions, TellFilesFromDirectories) {
+TEST_F(PathQuestions, DistinguishFilesFromDirectories) {
   EXPECT_TRUE(IsFile("file"));
   EXPECT_FALSE(IsDirectory("file"));
   EXPECT_FALSE(IsFile("folder"));
   EXPECT_TRUE(IsDirectory("folder"));
 }
 
-TEST_F(PathQuestions, FindNothingWhereNothingIs) {
+TEST_F(PathQuestions, FindNothingAtAMissingPath) {
   for (const char* name : {"missing", "file/below", "missing/below"}) {
     EXPECT_FALSE(IsFile(name)) << name;
     EXPECT_FALSE(IsDirectory(name)) << name;
@@ -237,7 +237,7 @@ TEST_F(PathQuestions, FollowSymbolicLinks) {
   EXPECT_TRUE(IsDirectory("link to folder"));
 }
 
-TEST_F(PathQuestions, FindNothingBehindALinkThatLeadsNowhere) {
+TEST_F(PathQuestions, FindNothingThroughADanglingLink) {
   Link("missing", "dangling");
   Link("loop", "loop");
   EXPECT_FALSE(IsFile("dangling"));
@@ -245,17 +245,17 @@ TEST_F(PathQuestions, FindNothingBehindALinkThatLeadsNowhere) {
   EXPECT_FALSE(IsFile("loop"));
 }
 
-TEST_F(PathQuestions, TakeADeviceForNeither) {
+TEST_F(PathQuestions, FindThatADeviceIsNeither) {
   EXPECT_FALSE(YFileSystem::Path::IsFile(L"/dev/null"));
   EXPECT_FALSE(YFileSystem::Path::IsDirectory(L"/dev/null"));
 }
 
-TEST_F(PathQuestions, FindANameThatIsNotASCII) {
+TEST_F(PathQuestions, FindANonASCIIName) {
   std::ofstream(mDirectory.Path() / "Protokoll-\xC3\xA4") << "x";
   EXPECT_TRUE(YFileSystem::Path::IsFile((mDirectory.Path().wstring() + L"/Protokoll-\u00E4").c_str()));
 }
 
-TEST_F(PathQuestions, FindNothingUnderANameTooLongToAskFor) {
+TEST_F(PathQuestions, FindNothingIfTheNameIsTooLong) {
   EXPECT_FALSE(IsFile(std::string(300, 'x')));
   EXPECT_FALSE(IsDirectory(std::string(10'000, 'x')));
 }

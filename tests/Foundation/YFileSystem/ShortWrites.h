@@ -5,7 +5,7 @@
 
 #include "support/FileOperationsWrapper.h"
 
-/// A file system that takes few bytes at a time; the current one as long as it exists.
+/// A file system that writes few bytes at a time. It is the current one as long as it exists.
 class ShortWrites final : public Support::FileOperationsWrapper {
  public:
   explicit ShortWrites(std::size_t limit) : mLimit(limit) {}

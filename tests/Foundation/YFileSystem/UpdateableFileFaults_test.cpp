@@ -36,7 +36,7 @@ TEST_F(FileFaults, AFailedOpenSaysWhy) {
   EXPECT_TRUE(mFaults.mOpen.HasHappened());
 }
 
-TEST_F(FileFaults, AFileThatCannotBeAskedWhatItIsIsClosedAgain) {
+TEST_F(FileFaults, AFileWhoseTypeCannotBeReadIsClosedAgain) {
   mFaults.mQueryDescriptor.Inject(EIO);
   EXPECT_EQ(ThrownText([&] { Open(); }), OpeningFailure("Input/output error"));
   EXPECT_TRUE(mFaults.mQueryDescriptor.HasHappened());
@@ -63,7 +63,7 @@ TEST_F(FileFaults, AFailedLockSaysWhyAndNothingIsWritten) {
 
 // The path.
 
-TEST_F(FileFaults, APathThatCannotBeAskedAboutIsNotThisFile) {
+TEST_F(FileFaults, APathThatCannotBeExaminedIsNotThisFile) {
   const FilePtr file = Open();
   mFaults.mQueryPath.Inject(EACCES);
   EXPECT_FALSE(file->QueryPath().mIsThisFile);
@@ -103,14 +103,14 @@ TEST_F(FileFaults, AShortWriteIsContinued) {
   EXPECT_EQ(operations.mWrites, 5);
 }
 
-TEST_F(FileFaults, AWriteOfNothingIsNotRepeatedForEver) {
+TEST_F(FileFaults, AWriteOfNothingIsNotRepeatedForever) {
   const FilePtr file = Open();
   const ShortWrites operations(0);
   EXPECT_EQ(ThrownText([&] { Append(*file, "x"); }), Failure("Append", "write to", "Input/output error"));
   EXPECT_EQ(operations.mWrites, 1);
 }
 
-/// A record of which a part is written before the disk is full.
+/// A record that is partly written before the disk is full.
 class PartialRecord : public FileFaults {
  protected:
   PartialRecord() {
@@ -127,13 +127,13 @@ class PartialRecord : public FileFaults {
   ShortWrites mShortWrites{2};
 };
 
-TEST_F(PartialRecord, IsTakenBack) {
+TEST_F(PartialRecord, IsRemoved) {
   EXPECT_EQ(ThrownText([&] { Append(*mFile, "123456"); }),
             Failure("Append", "write to", "No space left on device"));
   EXPECT_EQ(Content(), "one ");
 }
 
-TEST_F(PartialRecord, IsTakenBackWhenThatIsInterrupted) {
+TEST_F(PartialRecord, IsRemovedEvenIfTheRemovalIsInterrupted) {
   mFaults.mTruncate.Inject(EINTR, MANY);
   EXPECT_EQ(ThrownText([&] { Append(*mFile, "123456"); }),
             Failure("Append", "write to", "No space left on device"));
@@ -141,7 +141,7 @@ TEST_F(PartialRecord, IsTakenBackWhenThatIsInterrupted) {
   EXPECT_EQ(Content(), "one ");
 }
 
-TEST_F(PartialRecord, IsToldOfWhenItCannotBeTakenBack) {
+TEST_F(PartialRecord, IsReportedIfItCannotBeRemoved) {
   mFaults.mTruncate.Inject(EPERM);
   EXPECT_EQ(ThrownText([&] { Append(*mFile, "123456"); }),
             Failure("Append", "write to",
@@ -173,7 +173,7 @@ TEST_F(FileFaults, AFailedReadSaysWhyAndKeepsThePosition) {
   EXPECT_EQ(byte, '1');
 }
 
-/// A file system that gives few bytes at a time.
+/// A file system that returns few bytes at a time.
 class ShortReads final : public Support::FileOperationsWrapper {
  public:
   ssize_t ReadAt(int descriptor, char* buffer, std::size_t count, std::uint64_t position) noexcept override {
@@ -221,7 +221,7 @@ TEST_F(FileFaults, AFailedTruncationSaysWhy) {
   EXPECT_EQ(Content(), "0123");
 }
 
-// What it costs.
+// The number of system calls.
 
 class Recorder final : public Support::FileOperationsWrapper {
  public:
@@ -258,7 +258,7 @@ class Recorder final : public Support::FileOperationsWrapper {
   std::vector<std::string> TakeCalls() { return std::exchange(mCalls, {}); }
 
   std::chrono::nanoseconds mNow{0};
-  // Where the lock is held by somebody who will not give it back.
+  // Whether locking and unlocking only appear to succeed.
   bool mbLockInVain = false;
 
  private:
@@ -271,7 +271,7 @@ class FileCalls : public UpdateableFileTest {
   Recorder mRecorder;
 };
 
-TEST_F(FileCalls, AreFourForARecord) {
+TEST_F(FileCalls, NumberFourPerRecord) {
   const FilePtr file = Open();
   mRecorder.TakeCalls();
   for (int record = 0; record < 3; ++record) {
@@ -280,7 +280,7 @@ TEST_F(FileCalls, AreFourForARecord) {
   }
 }
 
-TEST_F(FileCalls, ReadTheFileSizeLimitAtOpeningAndOnceASecond) {
+TEST_F(FileCalls, ReadTheFileSizeLimitOnOpeningAndOnceASecond) {
   const FilePtr file = Open();
   EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("open", "query descriptor", "limit"));
   int readings = 0;
@@ -301,7 +301,7 @@ TEST_F(FileCalls, ReadTheFileSizeLimitWhenTheFileIsTruncated) {
   EXPECT_THAT(mRecorder.TakeCalls(), testing::ElementsAre("limit", "truncate"));
 }
 
-TEST_F(FileCalls, GiveTheLockBackOnce) {
+TEST_F(FileCalls, ReleaseTheLockOnce) {
   const FilePtr file = Open();
   mRecorder.TakeCalls();
   { const WriteLock lock(*file); }
@@ -312,7 +312,7 @@ TEST_F(FileCalls, GiveTheLockBackOnce) {
 
 class FileOnSmallFileSystem : public UpdateableFileTest {
  protected:
-  /// Appends until it fails, and returns the text that stands in the file then.
+  /// Appends until it fails, and returns the content of the file.
   std::string Fill(YFileSystem::UpdateableFile& file, const std::string& record) {
     std::string expected;
     const std::string failure = ThrownText([&] {
@@ -323,7 +323,7 @@ class FileOnSmallFileSystem : public UpdateableFileTest {
   }
 };
 
-TEST_F(FileOnSmallFileSystem, HoldsNoPartialRecordAndTakesMoreOnceThereIsRoom) {
+TEST_F(FileOnSmallFileSystem, ContainsNoPartialRecordAndGrowsOnceThereIsRoom) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 64 * 1024, [this] {
     const std::filesystem::path filler = mDirectory.Path() / "filler";
     std::ofstream(filler) << std::string(10'000, 'x');
@@ -339,7 +339,7 @@ TEST_F(FileOnSmallFileSystem, HoldsNoPartialRecordAndTakesMoreOnceThereIsRoom) {
   });
 }
 
-TEST_F(FileOnSmallFileSystem, TakesNoFirstRecordThatIsLargerThanItself) {
+TEST_F(FileOnSmallFileSystem, StaysEmptyIfTheFirstRecordDoesNotFit) {
   Support::RunOnSmallFileSystem(mDirectory.Path(), 64 * 1024, [this] {
     const FilePtr file = Open();
     EXPECT_EQ(Fill(*file, std::string(100'000, 'r')), "");

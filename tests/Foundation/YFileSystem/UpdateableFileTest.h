@@ -13,7 +13,7 @@
 #include "support/ReadFile.h"
 #include "support/TemporaryDirectory.h"
 
-/// A folder of its own with a path for the file under test in it.
+/// A temporary folder with a path in it for the file under test.
 class UpdateableFileTest : public testing::Test {
  protected:
   using FilePtr = YBase::SmartPtrI<YFileSystem::UpdateableFile>;

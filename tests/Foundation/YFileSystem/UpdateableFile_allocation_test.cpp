@@ -22,7 +22,7 @@ TEST_F(FileMemory, IsNotNeededToAppend) {
   EXPECT_EQ(Content().size(), 110U);
 }
 
-TEST_F(FileMemory, IsNotNeededToTakeAPartialRecordBack) {
+TEST_F(FileMemory, IsNotNeededToRemoveAPartialRecord) {
   const FilePtr file = Open();
   Append(*file, "one ");
   Support::FaultyFileOperations faults;

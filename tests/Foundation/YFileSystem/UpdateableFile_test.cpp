@@ -32,13 +32,13 @@ TEST_F(UpdateableFile, IsCreatedEmpty) {
   EXPECT_EQ(fs::file_size(mPath), 0U);
 }
 
-TEST_F(UpdateableFile, KeepsWhatIsThere) {
+TEST_F(UpdateableFile, KeepsExistingContent) {
   Write("old");
   Append(*Open(), "new");
   EXPECT_EQ(Content(), "oldnew");
 }
 
-TEST_F(UpdateableFile, IsForItsOwnerAndGroupLessTheUmask) {
+TEST_F(UpdateableFile, IsAccessibleToItsOwnerAndGroupExceptAsTheUmaskForbids) {
   const mode_t previous = umask(0);
   Open(mDirectory.Path() / "open");
   umask(077);
@@ -48,7 +48,7 @@ TEST_F(UpdateableFile, IsForItsOwnerAndGroupLessTheUmask) {
   EXPECT_EQ(fs::status(mDirectory.Path() / "closed").permissions(), fs::perms(0600));
 }
 
-TEST_F(UpdateableFile, LeavesTheModeOfAFileThatIsThere) {
+TEST_F(UpdateableFile, LeavesTheModeOfAnExistingFile) {
   Write("old");
   fs::permissions(mPath, fs::perms(0604));
   Open();
@@ -71,13 +71,13 @@ TEST_F(UpdateableFile, IsClosedWhenItIsReleased) {
   EXPECT_EQ(Support::DescriptorsOf(mPath).size(), 0U);
 }
 
-TEST_F(UpdateableFile, MayHaveANameThatIsNotASCII) {
+TEST_F(UpdateableFile, CanHaveANonASCIIName) {
   const std::wstring path = mDirectory.Path().wstring() + L"/Protokoll-\u00E4\u4E2D\U0001F600.log";
   Append(*YFileSystem::OpenUpdateableFile(path.c_str(), YFileSystem::KEEP_WHAT_WAS_WRITTEN), "x");
   EXPECT_EQ(Support::ReadFile(mDirectory.Path() / "Protokoll-\xC3\xA4\xE4\xB8\xAD\xF0\x9F\x98\x80.log"), "x");
 }
 
-TEST_F(UpdateableFile, IsCreatedBehindADanglingLink) {
+TEST_F(UpdateableFile, IsCreatedThroughADanglingLink) {
   fs::create_symlink(mDirectory.Path() / "target", mPath);
   const FilePtr file = Open();
   Append(*file, "x");
@@ -102,7 +102,7 @@ TEST_F(UpdateableFile, IsNotOpenedWithoutAPath) {
   }
 }
 
-TEST_F(UpdateableFile, IsNotOpenedUnderANameTooLong) {
+TEST_F(UpdateableFile, IsNotOpenedIfItsNameIsTooLong) {
   EXPECT_THAT(ThrownText([&] { Open(mDirectory.Path() / std::string(300, 'x')); }),
               testing::EndsWith("x': File name too long"));
 }
@@ -132,34 +132,34 @@ TEST_F(UpdateableFile, IsNotASocket) {
   close(descriptor);
 }
 
-TEST_F(UpdateableFile, IsNotBehindALoopOfLinks) {
+TEST_F(UpdateableFile, IsNotOpenedThroughALoopOfLinks) {
   fs::create_symlink(mPath, mPath);
   ExpectNotOpened("Too many levels of symbolic links");
 }
 
 // Appending.
 
-TEST_F(UpdateableFile, TakesNothing) {
+TEST_F(UpdateableFile, AcceptsAnEmptyRecord) {
   const FilePtr file = Open();
   const WriteLock lock(*file);
   file->Append(0, "");
   EXPECT_EQ(Content(), "");
 }
 
-TEST_F(UpdateableFile, TakesBytesOfEveryKind) {
+TEST_F(UpdateableFile, AcceptsAnyBytes) {
   const FilePtr file = Open();
   const std::string bytes("\0\xFF\n\x01\x80", 5);
   Append(*file, bytes);
   EXPECT_EQ(Content(), bytes);
 }
 
-TEST_F(UpdateableFile, TakesAHundredMegabytes) {
+TEST_F(UpdateableFile, AcceptsAHundredMegabytes) {
   const FilePtr file = Open();
   Append(*file, std::string(100'000'000, 'x'));
   EXPECT_EQ(file->QueryPath().mSize, 100'000'000U);
 }
 
-TEST_F(UpdateableFile, GoesOnBehindWhatOthersWrote) {
+TEST_F(UpdateableFile, AppendsAfterWhatOthersWrote) {
   const FilePtr file = Open();
   Append(*file, "one ");
   std::ofstream(mPath, std::ios::app) << "other ";
@@ -181,7 +181,7 @@ TEST_F(UpdateableFile, IsReadFromItsPosition) {
   EXPECT_EQ(file->Read(buffer, 4), 0U);
 }
 
-TEST_F(UpdateableFile, HasNothingToReadAtAndBehindItsEnd) {
+TEST_F(UpdateableFile, HasNothingToReadAtOrBeyondItsEnd) {
   Write("0123456789");
   const FilePtr file = Open();
   char byte = 'x';
@@ -193,7 +193,7 @@ TEST_F(UpdateableFile, HasNothingToReadAtAndBehindItsEnd) {
   EXPECT_EQ(byte, 'x');
 }
 
-TEST_F(UpdateableFile, CannotBeReadAtAPositionThatNoFileHas) {
+TEST_F(UpdateableFile, CannotBeReadAtAnImpossiblePosition) {
   const FilePtr file = Open();
   file->SetPosition(~std::uint64_t{0});
   char byte;
@@ -210,7 +210,7 @@ TEST_F(UpdateableFile, KeepsItsPositionWhenItIsAppendedTo) {
   EXPECT_EQ(byte, '1');
 }
 
-TEST_F(UpdateableFile, IsEmptyAfterItIsTruncatedAtItsBeginning) {
+TEST_F(UpdateableFile, IsEmptyAfterBeingTruncatedAtItsBeginning) {
   Write("0123456789");
   const FilePtr file = Open();
   {
@@ -223,7 +223,7 @@ TEST_F(UpdateableFile, IsEmptyAfterItIsTruncatedAtItsBeginning) {
   EXPECT_EQ(Content(), "new");
 }
 
-TEST_F(UpdateableFile, KeepsWhatStandsBeforeThePositionItIsTruncatedAt) {
+TEST_F(UpdateableFile, KeepsTheContentBeforeThePositionItIsTruncatedAt) {
   Write("0123456789");
   const FilePtr file = Open();
   const WriteLock lock(*file);
@@ -234,7 +234,7 @@ TEST_F(UpdateableFile, KeepsWhatStandsBeforeThePositionItIsTruncatedAt) {
   EXPECT_EQ(Content(), "012");
 }
 
-TEST_F(UpdateableFile, MayBeLargerThanFourGigabytes) {
+TEST_F(UpdateableFile, CanBeLargerThanFourGigabytes) {
   constexpr std::uint64_t SIZE = 5'000'000'000;
   Write("");
   fs::resize_file(mPath, SIZE);
@@ -254,7 +254,7 @@ TEST_F(UpdateableFile, MayBeLargerThanFourGigabytes) {
   EXPECT_EQ(fs::file_size(mPath), SIZE + 1);
 }
 
-// What stands at its path.
+// What is at its path.
 
 class FileAtPath : public UpdateableFileTest {
  protected:
@@ -284,7 +284,7 @@ TEST_F(FileAtPath, IsNotThisFileOnceAnotherWasMovedThere) {
   ExpectNotThisFile();
 }
 
-TEST_F(FileAtPath, IsNotThisFileOnceItWasDeletedAndCreatedAnew) {
+TEST_F(FileAtPath, IsNotThisFileOnceItWasDeletedAndRecreated) {
   fs::remove(mPath);
   Write("12345");
   ExpectNotThisFile();
@@ -303,7 +303,7 @@ TEST_F(FileAtPath, IsThisFileAgainOnceItWasMovedBack) {
   EXPECT_TRUE(mFile->QueryPath().mIsThisFile);
 }
 
-TEST_F(FileAtPath, IsThisFileBehindASymbolicLinkUntilTheLinkLeadsElsewhere) {
+TEST_F(FileAtPath, IsThisFileThroughASymbolicLinkUntilTheLinkIsChanged) {
   const fs::path link = mDirectory.Path() / "link";
   fs::create_symlink(mPath, link);
   const FilePtr file = Open(link);

@@ -31,7 +31,7 @@ class ClientBundle final : public Bundle, public YSynch::ReferenceCountedImpl<YS
   bool& mGone;
 };
 
-TEST(Bundle, MayBeBroughtByAClient) {
+TEST(Bundle, CanBeImplementedByAClient) {
   bool gone = false;
   const YBase::SmartPtrI<Bundle> bundle(new ClientBundle(gone));
   EXPECT_EQ(bundle->GetMessageTemplate(1, 0x0407, "Order %1").GetText(), "Auftrag %1");
@@ -39,7 +39,7 @@ TEST(Bundle, MayBeBroughtByAClient) {
   EXPECT_EQ(bundle->GetString(2, 0, "default"), "default");
 }
 
-TEST(Bundle, GoesWithItsLastReference) {
+TEST(Bundle, IsDestroyedWithItsLastReference) {
   bool gone = false;
   YBase::SmartPtrI<Bundle> bundle(new ClientBundle(gone));
   YBase::SmartPtrI<Bundle> second = bundle;

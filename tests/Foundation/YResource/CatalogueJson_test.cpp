@@ -45,7 +45,7 @@ class CatalogueJson : public testing::Test {
   Support::TemporaryDirectory mFolder;
 };
 
-TEST_F(CatalogueJson, TakesEveryFormOfAString) {
+TEST_F(CatalogueJson, AcceptsEveryFormOfAString) {
   for (const char* value :
        {R"("a")", R"("")", R"("\"\\\/\b\f\n\r\t")", R"("\u00e4\u00E4\uFFFF")", R"("\ud83d\uDE00")",
         R"("\uD800\uDC00\udbff\udfff")", "\"\x7F\"", "\"\xC2\x80\xDF\xBF\"", "\"\xE0\xA0\x80\xEF\xBF\xBF\"",
@@ -55,7 +55,7 @@ TEST_F(CatalogueJson, TakesEveryFormOfAString) {
   }
 }
 
-TEST_F(CatalogueJson, KnowsEveryOtherValueAsOneThatIsNotAText) {
+TEST_F(CatalogueJson, RecognisesThatEveryOtherValueIsNotAText) {
   for (const char* value : {"0",
                             "-0",
                             "1",
@@ -103,7 +103,7 @@ TEST_F(CatalogueJson, RefusesControlCharactersInStrings) {
   }
 }
 
-TEST_F(CatalogueJson, RefusesEscapesThatAreNone) {
+TEST_F(CatalogueJson, RefusesInvalidEscapes) {
   for (const char* value : {R"("\a")", R"("\'")", R"("\0")", R"("\x41")", R"("\U0041")", R"("\u")",
                             R"("\u004")", R"("\u00g1")", R"("\u+041")", "\"\\\n\"", "\"\\\xC3\xA4\""}) {
     ExpectRefused(value);
@@ -119,7 +119,7 @@ TEST_F(CatalogueJson, RefusesWhatIsNotUtf8) {
   }
 }
 
-TEST_F(CatalogueJson, RefusesNumbersThatAreNone) {
+TEST_F(CatalogueJson, RefusesInvalidNumbers) {
   for (const char* value :
        {"01",    "00",    "-01",   "+1", "-",   "--1",      "-a",        "1.",          "-1.",
         ".5",    "1.e2",  "1.2.3", "1e", "1e+", "1e-",      "0e",        "1eE2",        "1e2.5",
@@ -133,7 +133,7 @@ TEST_F(CatalogueJson, RefusesNumbersThatAreTooLarge) {
   ExpectRefused("-1" + std::string(400, '0'));
 }
 
-TEST_F(CatalogueJson, RefusesWordsThatAreNone) {
+TEST_F(CatalogueJson, RefusesInvalidWords) {
   for (const char* value : {"True", "nul", "nulll", "tru", "falsey", "undefined", "a", "'a'", "\"a\" \"b\"",
                             "\"a\"b", "b\"a\"", "`a`", "@", "\\u0061"}) {
     ExpectRefused(value);
@@ -181,7 +181,7 @@ TEST_F(CatalogueJson, RefusesWhatIsNeitherJsonNorBlank) {
   }
 }
 
-TEST_F(CatalogueJson, RefusesWhatFollowsTheLastBrace) {
+TEST_F(CatalogueJson, RefusesAnythingAfterTheLastBrace) {
   const std::string sound = MakeCatalogue("");
   ASSERT_THAT(Check(sound + " \t\r\n"), IsEmpty());
   for (const std::string& rest :
@@ -190,7 +190,7 @@ TEST_F(CatalogueJson, RefusesWhatFollowsTheLastBrace) {
   }
 }
 
-TEST_F(CatalogueJson, TakesOneByteOrderMarkAndNoOtherEncoding) {
+TEST_F(CatalogueJson, AcceptsOneByteOrderMarkAndNoOtherEncoding) {
   const std::string mark = "\xEF\xBB\xBF";
   const std::string sound = MakeCatalogue("");
   EXPECT_THAT(Check(mark + sound), IsEmpty());
@@ -206,11 +206,11 @@ TEST_F(CatalogueJson, RefusesAFileWithoutAValue) {
   }
 }
 
-TEST_F(CatalogueJson, NamesTheLineInWhichItGoesWrong) {
+TEST_F(CatalogueJson, NamesTheLineOfTheError) {
   EXPECT_THAT(CheckText("\"a\nb\""), ElementsAre(StartsWith("orders.json:5: ")))
-      << "not that after the line feed";
+      << "not the line after the line feed";
   EXPECT_THAT(CheckText("\"a\",\r\n\r\n\"2\": \"b"), ElementsAre(StartsWith("orders.json:7: ")));
-  EXPECT_THAT(Check("{\n\n"), ElementsAre(StartsWith("orders.json:2: "))) << "the last line there is";
+  EXPECT_THAT(Check("{\n\n"), ElementsAre(StartsWith("orders.json:2: "))) << "the last line";
   EXPECT_THAT(Check(MakeCatalogue("") + "x"), ElementsAre(StartsWith("orders.json:8: ")));
 }
 

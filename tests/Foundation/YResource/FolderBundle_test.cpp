@@ -50,7 +50,7 @@ class FolderBundle : public testing::Test {
 
   auto Open() { return OpenBundle(mFolder.Path().wstring().c_str()); }
 
-  /// What is wrong, without the folder in front of the names.
+  /// The faults, without the folder before the names.
   std::vector<std::string> Check() {
     auto faults = YResource::CheckCatalogues(mFolder.Path().wstring().c_str());
     for (std::string& fault : faults) {
@@ -75,7 +75,7 @@ TEST_F(FolderBundle, IsReadInACancelledThread) {
   EXPECT_EQ(bundle->GetString(1, 0, ""), "order %1");
 }
 
-TEST_F(FolderBundle, GivesTheTextsOfItsFiles) {
+TEST_F(FolderBundle, ReturnsTheTextsOfItsFiles) {
   WriteNeutral(R"("1": "order %1", "0x0000012C": "full")");
   WriteCatalogue("de", R"("1": "Auftrag %1")");
   const auto bundle = Open();
@@ -85,19 +85,19 @@ TEST_F(FolderBundle, GivesTheTextsOfItsFiles) {
   EXPECT_EQ(bundle->GetString(300, 0, "default"), "full") << "an ID in hexadecimal";
 }
 
-TEST_F(FolderBundle, FallsBackWhereALanguageIsHalfTranslated) {
+TEST_F(FolderBundle, FallsBackIfALanguageIsHalfTranslated) {
   WriteNeutral(R"("1": "January", "2": "order", "3": "item")");
   WriteCatalogue("de", R"("1": "Januar", "2": "Auftrag", "3": "")");
   WriteCatalogue("de-AT", R"("1": "J\u00E4nner")");
   const auto bundle = Open();
   EXPECT_EQ(bundle->GetString(1, AUSTRIAN, "default"), "J\xC3\xA4nner");
   EXPECT_EQ(bundle->GetString(2, AUSTRIAN, "default"), "Auftrag");
-  EXPECT_EQ(bundle->GetString(3, AUSTRIAN, "default"), "item") << "empty is not translated";
+  EXPECT_EQ(bundle->GetString(3, AUSTRIAN, "default"), "item") << "an empty text counts as not translated";
   EXPECT_EQ(bundle->GetString(4, AUSTRIAN, "default"), "default");
   EXPECT_EQ(bundle->GetString(4, AUSTRIAN, nullptr), "12/4");
 }
 
-TEST_F(FolderBundle, FallsBackWhereALanguageOrTheNeutralFileIsMissing) {
+TEST_F(FolderBundle, FallsBackIfALanguageOrTheNeutralFileIsMissing) {
   WriteCatalogue("de", R"("1": "Auftrag")");
   const auto bundle = Open();
   EXPECT_EQ(bundle->GetString(1, AUSTRIAN, "default"), "Auftrag");
@@ -123,7 +123,7 @@ TEST_F(FolderBundle, ReadsSeveralCompleteLanguages) {
   }
 }
 
-TEST_F(FolderBundle, TakesNoNoticeOfOtherFiles) {
+TEST_F(FolderBundle, IgnoresOtherFiles) {
   WriteNeutral(R"("1": "order")");
   Write("README", "not for machines");
   Write("orders.json.bak", "{");
@@ -136,13 +136,13 @@ TEST_F(FolderBundle, ReadsAFileWithAByteOrderMark) {
   EXPECT_EQ(Open()->GetString(1, 0, "default"), "order");
 }
 
-TEST_F(FolderBundle, RefusesADamagedFolderAndLeavesWhatIsOpen) {
+TEST_F(FolderBundle, RefusesADamagedFolderAndKeepsTheOpenBundle) {
   WriteNeutral(R"("1": "order")");
   const auto open = Open();
   WriteNeutral(R"("1": "ord)");
   try {
     Open();
-    FAIL() << "was taken";
+    FAIL() << "was accepted";
   } catch (const YBase::ExceptionImpl<YBase::Message>& exception) {
     EXPECT_THAT(exception.what(),
                 StartsWith("YResource::OpenBundle: " + mFolder.Path().string() + "/orders.json:5: "));
@@ -155,24 +155,24 @@ TEST_F(FolderBundle, ReportsAllFaultsOfAllFiles) {
   WriteCatalogue("de", R"("x": "")");
   try {
     Open();
-    FAIL() << "was taken";
+    FAIL() << "was accepted";
   } catch (const YBase::Message& message) {
     const std::wstring text = message.GetMessage();
     EXPECT_EQ(std::count(text.begin(), text.end(), L'\n'), 2);
   }
 }
 
-TEST_F(FolderBundle, IsUnchangedByWhatHappensToItsFiles) {
+TEST_F(FolderBundle, IsUnaffectedByLaterChangesToItsFiles) {
   WriteNeutral(R"("1": "order")");
   const auto bundle = Open();
   std::filesystem::remove_all(mFolder.Path() / "orders.json");
   EXPECT_EQ(bundle->GetString(1, 0, "default"), "order");
 }
 
-TEST_F(FolderBundle, RefusesEveryFileThatIsCutOff) {
+TEST_F(FolderBundle, RefusesEveryTruncatedFile) {
   const std::string whole = MakeCatalogue("neutral", R"("1": "order %1", "2": "item")");
   ASSERT_THAT(CheckContent(whole), IsEmpty());
-  // But for the line feed after the last brace.
+  // Only the line feed after the last brace may be missing.
   for (std::size_t length = 0; length + 1 < whole.size(); ++length) {
     ASSERT_THAT(CheckContent(whole.substr(0, length)), testing::SizeIs(1)) << length;
   }
@@ -183,14 +183,14 @@ TEST_F(FolderBundle, RefusesATextWithANullCharacter) {
               ElementsAre("orders.json:5: the text of ID 1 has a null character"));
 }
 
-TEST_F(FolderBundle, RefusesIdsThatAreThereTwice) {
+TEST_F(FolderBundle, RefusesDuplicateIds) {
   EXPECT_THAT(CheckContent(MakeCatalogue("neutral", "\"1\": \"a\",\n\"1\": \"b\"")),
               ElementsAre("orders.json:6: ID 1 is already in line 5"));
   EXPECT_THAT(CheckContent(MakeCatalogue("neutral", "\"0x1\": \"a\",\n\"1\": \"b\"")),
               ElementsAre("orders.json:6: ID 1 is already in line 5"));
 }
 
-TEST_F(FolderBundle, RefusesWhatIsNoId) {
+TEST_F(FolderBundle, RefusesInvalidIds) {
   for (const std::string key : {"", "0", "01", "-1", "+1", " 1", "1 ", "1.0", "x", "0x", "0x0", "4294967296",
                                 "0x100000000", "1\\u0000", "99999999999999999999"}) {
     ASSERT_THAT(CheckContent(MakeCatalogue("neutral", '"' + key + "\": \"text\"")),
@@ -210,7 +210,7 @@ TEST_F(FolderBundle, RefusesWrongTypes) {
               ElementsAre("orders.json:5: the text of ID 1 is not a text"));
 }
 
-TEST_F(FolderBundle, RefusesDomainsThatAreNone) {
+TEST_F(FolderBundle, RefusesInvalidDomains) {
   for (const std::string domain :
        {"0", "-1", "1.5", "12.0", "4294967296", "18446744073709551616", "true", "null"}) {
     ASSERT_THAT(CheckContent("{\"domain\": " + domain + ", \"locale\": \"neutral\", \"texts\": {}}"),
@@ -226,7 +226,7 @@ TEST_F(FolderBundle, RefusesMissingAndUnknownMembers) {
               ElementsAre("orders.json:2: unknown member 'text'"));
 }
 
-TEST_F(FolderBundle, RefusesMembersThatAreThereTwice) {
+TEST_F(FolderBundle, RefusesDuplicateMembers) {
   EXPECT_THAT(CheckContent("{\"domain\": 12, \"locale\": \"neutral\", \"texts\": {},\n\"domain\": 12,\n"
                            "\"texts\": {}, \"locale\":\n \"neutral\"}"),
               ElementsAre("orders.json:2: member 'domain' is there twice",
@@ -234,7 +234,7 @@ TEST_F(FolderBundle, RefusesMembersThatAreThereTwice) {
                           "orders.json:3: member 'locale' is there twice"));
 }
 
-TEST_F(FolderBundle, TakesTextsForNothingElseThanTexts) {
+TEST_F(FolderBundle, NeverReadsATextAsAMember) {
   EXPECT_THAT(CheckContent("[{\"x\": {\"x\": 1}}, [[\"domain\"]]]"),
               ElementsAre("orders.json:1: is not an object"));
   EXPECT_THAT(CheckContent(MakeCatalogue("neutral", R"("1": {"x": 1}, "2": [{"y": "z"}])")),
@@ -247,7 +247,7 @@ TEST_F(FolderBundle, TakesTextsForNothingElseThanTexts) {
               ElementsAre("orders.json:1: the texts must be an object"));
 }
 
-TEST_F(FolderBundle, RefusesALocaleThatIsNotThatOfTheFilesName) {
+TEST_F(FolderBundle, RefusesALocaleThatDiffersFromTheFilesName) {
   Write("orders.de.json", MakeCatalogue("fr", ""));
   EXPECT_THAT(Check(), ElementsAre("orders.de.json:3: the locale is 'fr', that of the file's name 'de'"));
 }
@@ -275,7 +275,7 @@ TEST_F(FolderBundle, RefusesTwoFilesOfOneLanguage) {
   EXPECT_THAT(Check(), ElementsAre("orders.de-at.json: is of the same language as orders.de-AT.json"));
 }
 
-TEST_F(FolderBundle, RefusesTranslationsWithOtherPlaces) {
+TEST_F(FolderBundle, RefusesTranslationsWithDifferentPlaceholders) {
   WriteNeutral(R"("1": "%1 of %2", "2": "100 %% of %1", "3": "none")");
   WriteCatalogue("de", "\"1\": \"%2 von\",\n\"2\": \"%1 zu 100 %%, %1\",\n\"3\": \"%1\"");
   EXPECT_THAT(Check(),
@@ -291,7 +291,7 @@ TEST_F(FolderBundle, ComparesTranslationsWithEachOtherWithoutANeutralText) {
       ElementsAre("orders.fr.json:5: the text of ID 1 has the places none, that in orders.de.json %1"));
 }
 
-TEST_F(FolderBundle, NamesFaultsInTheOrderOfFilesAndLines) {
+TEST_F(FolderBundle, ReportsFaultsInTheOrderOfFilesAndLines) {
   WriteNeutral("\"10\": \"%1\",\n\"9\": \"%2\"");
   WriteCatalogue("de", "\"9\": \"%1\",\n\"10\": \"%2\"");
   Write("orders.fr.json",
@@ -310,7 +310,7 @@ TEST_F(FolderBundle, NamesFaultsInTheOrderOfFilesAndLines) {
                           "orders.it.json: has no 'locale'", "orders.it.json: has no 'texts'"));
 }
 
-TEST_F(FolderBundle, ShowsAsEscapesWhatWouldForgeOrHideAFault) {
+TEST_F(FolderBundle, EscapesWhatWouldForgeOrHideAFault) {
   for (const auto& [name, shown] : std::vector<std::pair<std::string, std::string>>{
            {"a\\nx.json:1: b", "a\\u000Ax.json:1: b"},
            {"\\u0000\\r\\t\\u001b[2J", "\\u0000\\u000D\\u0009\\u001B[2J"},
@@ -325,12 +325,12 @@ TEST_F(FolderBundle, ShowsAsEscapesWhatWouldForgeOrHideAFault) {
   }
 }
 
-TEST_F(FolderBundle, ShowsAsEscapesWhatIsNotPartOfAFilesName) {
+TEST_F(FolderBundle, EscapesWhatIsNotPartOfAFilesName) {
   Write("or\n\xFF\xC3\xC2\x85s.json", "[]");
   EXPECT_THAT(Check(), ElementsAre("or\\u000A\\xFF\\xC3\\u0085s.json:1: is not an object"));
 }
 
-TEST_F(FolderBundle, RefusesWhatIsNoRegularFileWithoutWaiting) {
+TEST_F(FolderBundle, RefusesFilesThatAreNotRegularWithoutWaiting) {
   WriteNeutral("");
   std::filesystem::create_directory(mFolder.Path() / "orders.de.json");
   ASSERT_EQ(::mkfifo((mFolder.Path() / "orders.fr.json").c_str(), 0600), 0);
@@ -340,7 +340,7 @@ TEST_F(FolderBundle, RefusesWhatIsNoRegularFileWithoutWaiting) {
                           HasSubstr("orders.it.json: cannot be read: ")));
 }
 
-TEST_F(FolderBundle, ReadsAFileOf16MiBAndNoLargerOne) {
+TEST_F(FolderBundle, ReadsAFileOf16MiBButNoLargerOne) {
   Write("orders.json", "x");
   std::filesystem::resize_file(mFolder.Path() / "orders.json", 16 << 20);
   EXPECT_THAT(Check(), ElementsAre(StartsWith("orders.json:1: syntax error")));
@@ -356,7 +356,7 @@ TEST_F(FolderBundle, DoesNotReadAFileThatIsTooLarge) {
   EXPECT_LT(CountBytesRead() - before, 1u << 20);
 }
 
-// Such files say that they are empty.
+// Such files report a size of zero.
 TEST_F(FolderBundle, RefusesAFileThatGrowsWhileItIsRead) {
   const char* const file = "/proc/self/status";
   ASSERT_EQ(std::filesystem::file_size(file), 0u);
@@ -364,7 +364,7 @@ TEST_F(FolderBundle, RefusesAFileThatGrowsWhileItIsRead) {
   EXPECT_THAT(Check(), ElementsAre("orders.json: grew while it was read"));
 }
 
-TEST_F(FolderBundle, TakesAHundredThousandTextsAndNotOneMore) {
+TEST_F(FolderBundle, AcceptsAHundredThousandTextsAndNotOneMore) {
   std::string texts;
   for (int id = 1; id < 100'000; ++id) texts += '"' + std::to_string(id) + "\": \"%1\",\n";
   WriteNeutral(texts + R"("100000": "last")");
@@ -373,7 +373,7 @@ TEST_F(FolderBundle, TakesAHundredThousandTextsAndNotOneMore) {
   EXPECT_THAT(Check(), ElementsAre("orders.json:100005: has more than 100000 texts"));
 }
 
-TEST_F(FolderBundle, StopsAtSoManyMembersThatNoCatalogueHas) {
+TEST_F(FolderBundle, StopsAtMoreMembersThanAnyCatalogueHas) {
   std::string members;
   for (int i = 0; i < 60'000; ++i) members += "\"x\": {\"y\": 1},\n";
   const std::vector<std::string> faults = CheckContent("{" + members + "\"z\": 1}");
@@ -386,7 +386,7 @@ TEST_F(FolderBundle, RefusesAFolderWithoutACatalogue) {
   EXPECT_THROW(OpenBundle(mFolder.Wide("missing").c_str()), YBase::ExceptionImpl<YBase::Message>);
 }
 
-TEST_F(FolderBundle, ReadsAFolderWhoseNameIsNotAscii) {
+TEST_F(FolderBundle, ReadsAFolderWithANonAsciiName) {
   const std::filesystem::path folder = mFolder.Path() / "gr\xC3\xBC\xC3\x9F";
   std::filesystem::create_directory(folder);
   std::ofstream(folder / "orders.json") << MakeCatalogue("neutral", R"("1": "order")");

@@ -17,7 +17,7 @@ using YResource::LanguageParents;
 constexpr unsigned short GERMAN = 0x0007;
 constexpr unsigned short AUSTRIAN = 0x0C07;
 
-/// Each test is a process of its own, so that the environment and what was read of it are, too.
+/// Each test runs in a process of its own, with its own environment and with nothing read from it yet.
 void SetLocale(const char* all, const char* messages, const char* lang) {
   ::setenv("LC_ALL", all, 1);
   ::setenv("LC_MESSAGES", messages, 1);
@@ -37,20 +37,20 @@ TEST(Language, IsNeutralForTheLocalesOfTheCLibrary) {
   EXPECT_EQ(GetLanguageID(nullptr), 0);
 }
 
-TEST(Language, IsNeutralForWhatIsNoLocale) {
+TEST(Language, IsNeutralForAnythingThatIsNotALocale) {
   for (const char* name : {"deutsch", "d", "../etc", "\xFF\xFE", "de/AT", "%1"})
     EXPECT_EQ(GetLanguageID(name), 0);
   EXPECT_EQ(GetLanguageID(std::string(100000, 'x').c_str()), 0);
 }
 
-TEST(Language, IsThatOfAParentWhereTheLocaleHasNone) {
+TEST(Language, IsThatOfTheParentIfTheLocaleHasNone) {
   EXPECT_EQ(GetLanguageID("en-DE"), 0x0009);
   EXPECT_EQ(FindLanguageOfItsOwn("en-DE"), std::nullopt);
   EXPECT_EQ(FindLanguageOfItsOwn("de-AT"), AUSTRIAN);
   EXPECT_EQ(FindLanguageOfItsOwn("zh-TW"), FindLanguageOfItsOwn("zh-Hant-TW"));
 }
 
-TEST(Language, HasANameThatLeadsBackToIt) {
+TEST(Language, IsFoundUnderItsOwnName) {
   EXPECT_EQ(GetLocaleName(AUSTRIAN), "de-AT");
   EXPECT_EQ(GetLocaleName(GERMAN), "de");
   EXPECT_EQ(GetLocaleName(0), "");
@@ -58,7 +58,7 @@ TEST(Language, HasANameThatLeadsBackToIt) {
   int known = 0;
   for (unsigned language = 1; language <= 0xFFFF; ++language) {
     const std::string name = GetLocaleName(static_cast<unsigned short>(language));
-    // Spanish in the traditional order has the name of Spanish in the modern one.
+    // Spanish with traditional sorting has the same name as Spanish with modern sorting.
     if (name.empty() || language == 0x040A) continue;
     ++known;
     ASSERT_EQ(GetLanguageID(name.c_str()), language) << name;
@@ -77,7 +77,7 @@ TEST(Language, FallsBackToMoreGeneralOnes) {
       << "not Croatian, of the same family";
 }
 
-TEST(Language, HasNoRoadOfParentsThatDoesNotEnd) {
+TEST(Language, HasAFiniteChainOfParents) {
   const LanguageParents& parents = LanguageParents::Get();
   for (unsigned language = 0; language <= 0xFFFF; ++language) {
     unsigned short current = static_cast<unsigned short>(language);
@@ -92,12 +92,12 @@ TEST(ProcessLanguage, IsThatOfTheEnvironment) {
   EXPECT_EQ(GetProcessLanguageID(), AUSTRIAN);
 }
 
-TEST(ProcessLanguage, TakesTheFirstVariableThatIsNotEmpty) {
+TEST(ProcessLanguage, UsesTheFirstVariableThatIsNotEmpty) {
   SetLocale("", "de_AT", "en_US");
   EXPECT_EQ(GetProcessLanguageID(), AUSTRIAN);
 }
 
-TEST(ProcessLanguage, TakesTheVariableForAllBeforeTheOthers) {
+TEST(ProcessLanguage, PrefersTheVariableForAllCategories) {
   SetLocale("fr_FR", "de_AT", "en_US");
   EXPECT_EQ(GetProcessLanguageID(), 0x040C);
 }
@@ -121,7 +121,7 @@ TEST(ProcessLanguage, IsReadOnce) {
   EXPECT_EQ(GetProcessLanguageID(), AUSTRIAN);
 }
 
-TEST(ProcessLanguage, IsWhatTheHostSays) {
+TEST(ProcessLanguage, IsTheOneThatTheHostSets) {
   SetLocale("", "", "de_AT");
   YResource::SetProcessLanguageID(0x040C);
   EXPECT_EQ(GetProcessLanguageID(), 0x040C);

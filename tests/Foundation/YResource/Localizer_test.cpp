@@ -24,7 +24,7 @@ using YResource::UnregisterBundle;
 constexpr unsigned short GERMAN = 0x0007;
 constexpr unsigned short AUSTRIAN = 0x0C07;
 
-/// A client's catalogue that has one text for every ID, and tells when it goes.
+/// A client's catalogue that has one text for every ID, and counts its instances.
 class ClientBundle final : public Bundle, public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
  public:
   explicit ClientBundle(std::atomic<int>& living) : mLiving(living) { ++mLiving; }
@@ -55,12 +55,12 @@ TEST(Localizer, IsTheSameForTheWholeProcess) {
   EXPECT_EQ(GetLocalizer(), GetLocalizer());
 }
 
-TEST(Localizer, KnowsNothingOfItself) {
+TEST(Localizer, HasNoTextsInitially) {
   EXPECT_EQ(GetLocalizer()->GetText(7, 1, GERMAN), "");
   EXPECT_EQ(GetLocalizer()->GetText(YBase::MESSAGE_DOMAIN_UNKNOWN, 1, GERMAN), "");
 }
 
-TEST(Localizer, FindsTextsByDomainIdAndJustTheirLanguage) {
+TEST(Localizer, FindsTextsByDomainIdAndExactLanguage) {
   const auto bundle = CreateMemoryBundle(7);
   bundle->SetText(1, GERMAN, "Auftrag");
   RegisterBundle(7, bundle);
@@ -70,7 +70,7 @@ TEST(Localizer, FindsTextsByDomainIdAndJustTheirLanguage) {
   EXPECT_EQ(GetLocalizer()->GetText(8, 1, GERMAN), "");
 }
 
-TEST(Localizer, FallsBackAlongTheWholeRoad) {
+TEST(Localizer, FallsBackThroughTheParentsToDomainAndId) {
   const auto bundle = CreateMemoryBundle(7);
   bundle->SetText(1, AUSTRIAN, "J\xC3\xA4nner");
   bundle->SetText(2, GERMAN, "Auftrag");
@@ -100,10 +100,10 @@ TEST(Localizer, AsksTheBundlesOfClients) {
   std::atomic<int> living{0};
   RegisterBundle(7, SmartPtrI<Bundle>(new ClientBundle(living)));
   EXPECT_EQ(Render(7, 1, GERMAN, "order"), "vom Kunden");
-  EXPECT_EQ(Render(7, 1, 0x040C, "order"), "order") << "an empty default is no text";
+  EXPECT_EQ(Render(7, 1, 0x040C, "order"), "order") << "an empty default is not a text";
 }
 
-TEST(Localizer, LetsGoOfABundleThatIsReplacedOrTakenAway) {
+TEST(Localizer, ReleasesABundleThatIsReplacedOrUnregistered) {
   std::atomic<int> living{0};
   RegisterBundle(7, SmartPtrI<Bundle>(new ClientBundle(living)));
   RegisterBundle(7, SmartPtrI<Bundle>(new ClientBundle(living)));
@@ -114,7 +114,7 @@ TEST(Localizer, LetsGoOfABundleThatIsReplacedOrTakenAway) {
   EXPECT_EQ(GetLocalizer()->GetText(7, 1, GERMAN), "");
 }
 
-/// Registers another bundle as it goes.
+/// Registers another bundle during its destruction.
 class RestlessBundle final : public Bundle, public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
   YResource::MessageTemplate GetMessageTemplate(unsigned, unsigned short, const char* text) const override {
     return YResource::GetMessageTemplate(text);
@@ -127,7 +127,7 @@ class RestlessBundle final : public Bundle, public YSynch::ReferenceCountedImpl<
   }
 };
 
-TEST(Localizer, LetsABundleRegisterAnotherAsItGoes) {
+TEST(Localizer, LetsABundleRegisterAnotherDuringItsDestruction) {
   RegisterBundle(7, SmartPtrI<Bundle>(new RestlessBundle));
   UnregisterBundle(7);
   EXPECT_EQ(GetLocalizer()->GetText(7, 1, 0), "heir");
@@ -138,7 +138,7 @@ TEST(Localizer, RefusesWhatCannotBeRegistered) {
   EXPECT_DEBUG_DEATH(RegisterBundle(7, SmartPtrI<Bundle>()), "bundle");
 }
 
-TEST(Localizer, IsReadWhileBundlesComeAndGo) {
+TEST(Localizer, CanBeReadWhileBundlesAreRegisteredAndUnregistered) {
   std::atomic<int> living{0};
   std::atomic<bool> isOver{false};
   std::atomic<int> wrong{0};
@@ -164,7 +164,7 @@ TEST(Localizer, IsReadWhileBundlesComeAndGo) {
   EXPECT_EQ(living, 0);
 }
 
-TEST(Localizer, IsChangedInAChildThatWasForkedWhileOthersRead) {
+TEST(Localizer, CanBeChangedInAChildForkedWhileOtherThreadsRead) {
   std::atomic<int> living{0};
   std::atomic<bool> isOver{false};
   RegisterBundle(7, SmartPtrI<Bundle>(new ClientBundle(living)));

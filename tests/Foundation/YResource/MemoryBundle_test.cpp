@@ -17,7 +17,7 @@ constexpr unsigned short AUSTRIAN = 0x0C07;
 
 static_assert(!std::is_destructible_v<MemoryBundle>);
 
-TEST(MemoryBundle, GivesTheTextOfTheLanguage) {
+TEST(MemoryBundle, ReturnsTheTextOfTheLanguage) {
   const auto bundle = CreateMemoryBundle(12);
   bundle->SetText(1, 0, "order %1");
   bundle->SetText(1, GERMAN, "Auftrag %1");
@@ -33,34 +33,34 @@ TEST(MemoryBundle, FallsBackToTheParentAndThenToTheNeutralText) {
   bundle->SetText(2, 0, "order");
   EXPECT_EQ(bundle->GetString(1, AUSTRIAN, "default"), "Januar");
   EXPECT_EQ(bundle->GetString(2, AUSTRIAN, "default"), "order");
-  EXPECT_EQ(bundle->GetString(1, 0xFFFF, "default"), "January") << "a language that nobody knows";
+  EXPECT_EQ(bundle->GetString(1, 0xFFFF, "default"), "January") << "an unknown language";
   bundle->SetText(1, AUSTRIAN, "J\xC3\xA4nner");
   EXPECT_EQ(bundle->GetString(1, AUSTRIAN, "default"), "J\xC3\xA4nner");
   EXPECT_EQ(bundle->GetString(1, GERMAN, "default"), "Januar");
 }
 
-TEST(MemoryBundle, GivesTheDefaultForWhatItLacks) {
+TEST(MemoryBundle, ReturnsTheDefaultForAMissingText) {
   const auto bundle = CreateMemoryBundle();
   bundle->SetText(1, GERMAN, "nur deutsch");
   EXPECT_EQ(bundle->GetString(1, 0, "default"), "default");
   EXPECT_EQ(bundle->GetMessageTemplate(7, GERMAN, "default %1").GetText(), "default %1");
 }
 
-TEST(MemoryBundle, GivesDomainAndIdRatherThanNothing) {
+TEST(MemoryBundle, ReturnsDomainAndIdRatherThanNothing) {
   const auto bundle = CreateMemoryBundle(12);
   EXPECT_EQ(bundle->GetString(345, 0, nullptr), "12/345");
   EXPECT_EQ(bundle->GetString(345, 0, ""), "12/345");
   EXPECT_EQ(bundle->GetMessageTemplate(345, GERMAN, nullptr).GetText(), "12/345");
 }
 
-TEST(MemoryBundle, GivesTheNewTextForAnOldOne) {
+TEST(MemoryBundle, ReturnsTheNewTextAfterAReplacement) {
   const auto bundle = CreateMemoryBundle();
   bundle->SetText(1, GERMAN, "old");
   bundle->SetText(1, GERMAN, "new");
   EXPECT_EQ(bundle->GetString(1, GERMAN, "default"), "new");
 }
 
-TEST(MemoryBundle, ForgetsATextThatIsSetToNothing) {
+TEST(MemoryBundle, RemovesATextThatIsSetToNothing) {
   const auto bundle = CreateMemoryBundle();
   bundle->SetText(1, 0, "neutral");
   bundle->SetText(1, GERMAN, "deutsch");
@@ -70,7 +70,7 @@ TEST(MemoryBundle, ForgetsATextThatIsSetToNothing) {
   EXPECT_EQ(bundle->GetString(1, GERMAN, "default"), "default");
 }
 
-TEST(MemoryBundle, IsFilledBySeveralThreadsWhileOthersLookUp) {
+TEST(MemoryBundle, CanBeFilledBySeveralThreadsWhileOthersReadIt) {
   constexpr unsigned TEXTS = 300;
   const auto bundle = CreateMemoryBundle();
   std::atomic<int> wrong{0};

@@ -23,7 +23,7 @@ MessageFormatter& operator<<(MessageFormatter& formatter, Size) {
   return formatter << "large";
 }
 
-// One for all of a client's enumerations, as it was needed so far.
+// One operator for all enumerations of a client, as clients had to write it until now.
 namespace Generic {
 enum class Kind { FIRST };
 template <class Enumeration>
@@ -61,7 +61,7 @@ enum class ScopedChar : char { LETTER = 'A', NEGATIVE = -1 };
 enum class ScopedWideChar : wchar_t { LETTER = L'A' };
 enum class ScopedBool : bool { NO, YES };
 
-// These have always been what they convert to.
+// These have always been shown as what they convert to.
 enum UnscopedChar : char { LETTER = 'A' };
 enum UnscopedWideChar : wchar_t { EURO = L'\u20AC' };
 enum UnscopedBool : bool { NO, YES };
@@ -85,7 +85,7 @@ using Integers = testing::Types<signed char, unsigned char, char8_t, short, unsi
                                 unsigned, char32_t, long, unsigned long, long long, unsigned long long>;
 TYPED_TEST_SUITE(EnumerationOf, Integers);
 
-TYPED_TEST(EnumerationOf, IsShownAsItsNumberWouldBe) {
+TYPED_TEST(EnumerationOf, IsShownAsItsNumber) {
   using Enumeration = typename Of<TypeParam>::Enumeration;
   for (const Enumeration value : {Enumeration::MINIMUM, Enumeration::MAXIMUM}) {
     const auto number = static_cast<TypeParam>(value);
@@ -106,26 +106,26 @@ TEST(MessageFormatterEnumerations, AreShownAsTheirNumbers) {
   EXPECT_EQ(Show(std::byte{255}, MessageFormat::Hex), "FF");
 }
 
-TEST(MessageFormatterEnumerations, OfCharactersAndOfBoolAreShownAsNumbersIfScoped) {
+TEST(MessageFormatterEnumerations, AreShownAsNumbersIfScopedEvenOverCharactersAndBool) {
   EXPECT_EQ(Show(ScopedChar::LETTER), "65");
   EXPECT_EQ(Show(ScopedWideChar::LETTER, MessageFormat::Hex), "41");
   EXPECT_EQ(Show(ScopedBool::YES), "1");
   EXPECT_EQ(Show(ScopedBool::NO, MessageFormat::WideHex), "0x00000000");
 }
 
-TEST(MessageFormatterEnumerations, OfCharactersAndOfBoolAreShownAsSuchIfUnscoped) {
+TEST(MessageFormatterEnumerations, AreShownAsCharactersAndBoolIfUnscopedOverThem) {
   EXPECT_EQ(Show(LETTER), "A");
   EXPECT_EQ(Show(EURO), "\xE2\x82\xAC");
   EXPECT_EQ(Show(YES), "true");
 }
 
-TEST(MessageFormatterEnumerations, AreLeftToAnOperatorOfTheClients) {
+TEST(MessageFormatterEnumerations, UseTheClientsOperatorIfThereIsOne) {
   MessageFormatter formatter;
   formatter << Client::Colour::RED << Client::LARGE << Client::Generic::Kind::FIRST;
   EXPECT_EQ(formatter.Format(YResource::GetMessageTemplate("%1 %2 %3")), "red large one of ours");
 }
 
-// A client's operator cannot take a formatter that has no name. Better none than the number.
+// A client's operator cannot take a temporary formatter. An error is better than printing the number.
 static_assert(Insertable<Client::Colour> && !InsertableAtOnce<Client::Colour>);
 static_assert(Insertable<Client::Size> && !InsertableAtOnce<Client::Size>);
 static_assert(InsertableAtOnce<Scoped> && InsertableAtOnce<Unscoped>);
@@ -139,7 +139,7 @@ struct ConvertsToEnumeration {
 static_assert(Insertable<ConvertsToText> && !Insertable<ConvertsToEnumeration>);
 static_assert(!Insertable<std::nullptr_t>);
 
-TEST(MessageFormatterEnumerations, AreTwosComplementsOfTheirOwnWidthInHexadecimal) {
+TEST(MessageFormatterEnumerations, AreTwosComplementOfTheirOwnWidthInHexadecimal) {
   EXPECT_EQ(Show(SHORT, MessageFormat::Hex), "FFFE");
   EXPECT_EQ(Show(NEGATIVE, MessageFormat::Hex), "FFFFFFF9");
   EXPECT_EQ(Show(ScopedChar::NEGATIVE, MessageFormat::WideHex), "0x000000FF");

@@ -20,7 +20,7 @@ concept Insertable = requires(MessageFormatter& formatter, Argument argument) {
   formatter << argument;
 };
 
-// What could only be shown wrong does not compile.
+// What could only be shown incorrectly does not compile.
 __extension__ typedef __int128 Integer128;
 static_assert(!Insertable<Integer128>);
 static_assert(!Insertable<std::nullptr_t>);
@@ -37,14 +37,14 @@ std::string Show(const Argument& argument, YResource::MessageManipulator manipul
   return Format("%1", formatter << manipulator << argument);
 }
 
-/// The number that the whole of a text shows; 0 when it shows none, or more than that.
+/// The number that makes up the whole text; 0 if the text is anything else.
 long double Parse(const std::string& text) {
   char* end = nullptr;
   const long double number = std::strtold(text.c_str(), &end);
   return end == text.c_str() + text.size() ? number : 0;
 }
 
-TEST(MessageFormatter, FillsArgumentsInByTheirNumbers) {
+TEST(MessageFormatter, InsertsArgumentsByTheirNumbers) {
   EXPECT_EQ(Format("%2 before %1, %2 again", YResource::GetMessageFormatter() << "one"
                                                                               << "two"),
             "two before one, two again");
@@ -56,7 +56,7 @@ TEST(MessageFormatter, ReadsAllDigitsOfANumber) {
   EXPECT_EQ(Format("%12 %1 %01 %0012", formatter), "120 10 10 120");
 }
 
-TEST(MessageFormatter, LeavesAPlaceWithoutAnArgumentAsWritten) {
+TEST(MessageFormatter, LeavesAPlaceholderWithoutAnArgumentAsWritten) {
   EXPECT_EQ(Format("%1 %2 %13", YResource::GetMessageFormatter() << "one"), "one %2 %13");
   MessageFormatter empty;
   EXPECT_EQ(Format("%1", empty), "%1");
@@ -74,7 +74,7 @@ TEST(MessageFormatter, LeavesZeroAndALonePercentSignAsWritten) {
   EXPECT_EQ(Format("%", YResource::GetMessageFormatter() << "one"), "%");
 }
 
-TEST(MessageFormatter, TakesADoubledPercentSignForOne) {
+TEST(MessageFormatter, PrintsADoubledPercentSignAsOne) {
   EXPECT_EQ(Format("100%% %%1 %%%1 %%%%", YResource::GetMessageFormatter() << "one"), "100% %1 %one %%");
 }
 
@@ -94,7 +94,7 @@ TEST(MessageFormatter, ForgetsItsArgumentsWhenItFormats) {
   EXPECT_EQ(Format("%1 %2", formatter), "new %2");
 }
 
-TEST(MessageFormatter, FormatsBehindWhatATextHolds) {
+TEST(MessageFormatter, AppendsToTheExistingText) {
   FormattedText text;
   text.Append("header ");
   MessageFormatter formatter;
@@ -103,7 +103,7 @@ TEST(MessageFormatter, FormatsBehindWhatATextHolds) {
   EXPECT_EQ(text.View(), "header 1%");
 }
 
-TEST(MessageFormatter, ShowsTextsAsTheyAre) {
+TEST(MessageFormatter, ShowsTextsUnchanged) {
   EXPECT_EQ(Show("narrow"), "narrow");
   EXPECT_EQ(Show(std::string("owned")), "owned");
   EXPECT_EQ(Show(std::string("N\0L", 3)), std::string("N\0L", 3));
@@ -111,7 +111,7 @@ TEST(MessageFormatter, ShowsTextsAsTheyAre) {
   EXPECT_EQ(Show(""), "");
 }
 
-TEST(MessageFormatter, TurnsWideTextsIntoUtf8) {
+TEST(MessageFormatter, ConvertsWideTextsToUtf8) {
   EXPECT_EQ(Show(L"gr\u00FC\u00DFe \U0001F600"),
             "gr\xC3\xBC\xC3\x9F"
             "e \xF0\x9F\x98\x80");
@@ -124,7 +124,7 @@ TEST(MessageFormatter, ShowsNullAsAnEmptyText) {
   EXPECT_EQ(Show(static_cast<const wchar_t*>(nullptr)), "");
 }
 
-TEST(MessageFormatter, ShowsCharactersAndTruthValuesAsSuch) {
+TEST(MessageFormatter, ShowsCharactersAndBooleansAsSuch) {
   EXPECT_EQ(Show('c', MessageFormat::Hex), "c");
   EXPECT_EQ(Show(L'\u20AC'), "\xE2\x82\xAC");
   EXPECT_EQ(Show(true, MessageFormat::Hex), "true");
@@ -144,7 +144,7 @@ TEST(MessageFormatter, ShowsIntegersOfEveryWidthInDecimal) {
   EXPECT_EQ(Show(0), "0");
 }
 
-TEST(MessageFormatter, ShowsUpperCaseDigitsAloneInHexadecimal) {
+TEST(MessageFormatter, ShowsUpperCaseDigitsWithoutAPrefixInHexadecimal) {
   EXPECT_EQ(Show(0, MessageFormat::Hex), "0");
   EXPECT_EQ(Show(0xBEEF, MessageFormat::Hex), "BEEF");
   EXPECT_EQ(Show(std::numeric_limits<std::uint64_t>::max(), MessageFormat::Hex), "FFFFFFFFFFFFFFFF");
@@ -171,7 +171,7 @@ TEST(MessageFormatter, ShowsAddressesInWideHexadecimal) {
   EXPECT_EQ(Show(static_cast<const int*>(nullptr)), "0x00000000");
 }
 
-TEST(MessageFormatter, HoldsAManipulatorUntilTheNext) {
+TEST(MessageFormatter, AppliesAManipulatorUntilTheNextOne) {
   MessageFormatter formatter;
   formatter << 10 << MessageFormat::Hex << 10 << 11 << MessageFormat::WideHex << 12;
   EXPECT_EQ(Format("%1 %2 %3 %4", formatter), "10 A B 0x0000000C");
@@ -210,7 +210,7 @@ RC_GTEST_PROP(MessageFormatter, ShowsIntegersSoThatTheyReadBackTheSame, (std::in
   RC_ASSERT(std::stoull(Show(value, MessageFormat::Hex), nullptr, 16) == static_cast<std::uint64_t>(value));
 }
 
-RC_GTEST_PROP(MessageFormatter, LeavesTextsWithoutPercentSignsAsTheyAre, (std::string text)) {
+RC_GTEST_PROP(MessageFormatter, LeavesTextsWithoutPercentSignsUnchanged, (std::string text)) {
   std::erase(text, '%');
   MessageFormatter formatter;
   FormattedText formatted;
@@ -218,7 +218,7 @@ RC_GTEST_PROP(MessageFormatter, LeavesTextsWithoutPercentSignsAsTheyAre, (std::s
   RC_ASSERT(formatted.View() == text);
 }
 
-RC_GTEST_PROP(MessageFormatter, TakesAnyTemplate, ()) {
+RC_GTEST_PROP(MessageFormatter, AcceptsAnyTemplate, ()) {
   const auto text = *rc::gen::container<std::string>(rc::gen::elementOf(std::string("%%%0129x")));
   MessageFormatter formatter;
   FormattedText formatted;
@@ -228,7 +228,7 @@ RC_GTEST_PROP(MessageFormatter, TakesAnyTemplate, ()) {
   RC_ASSERT(formatted.Size() <= 2 * text.size());
 }
 
-TEST(MessageFormatter, KeepsArgumentsThatAreLong) {
+TEST(MessageFormatter, KeepsLongArguments) {
   const std::string longText(100'000, 'x');
   MessageFormatter formatter;
   formatter << "before" << longText << "behind";

@@ -11,7 +11,7 @@ TEST(MessageTemplate, CopiesItsText) {
   EXPECT_EQ(messageTemplate.GetText(), "Order %1");
 }
 
-TEST(MessageTemplate, TakesNullForAnEmptyText) {
+TEST(MessageTemplate, TreatsNullAsAnEmptyText) {
   EXPECT_EQ(YResource::GetMessageTemplate(nullptr).GetText(), "");
   EXPECT_EQ(YResource::MessageTemplate().GetText(), "");
 }

@@ -16,7 +16,7 @@ TEST(Placeholder, IsFoundWithAllItsDigits) {
   EXPECT_THAT(FindPlaceholders("%007"), ElementsAre(7));
 }
 
-TEST(Placeholder, IsNoneWhereNoArgumentCanBe) {
+TEST(Placeholder, IsNotFoundWhereNoArgumentCanBe) {
   EXPECT_THAT(FindPlaceholders(""), IsEmpty());
   EXPECT_THAT(FindPlaceholders("100 %"), IsEmpty());
   EXPECT_THAT(FindPlaceholders("%0 %x %-1 %%1"), IsEmpty());
@@ -27,7 +27,7 @@ TEST(Placeholder, FollowsAnEscapedPercentSign) {
   EXPECT_THAT(FindPlaceholders("%%%1%%2"), ElementsAre(1));
 }
 
-RC_GTEST_PROP(Place, IsJustWhereTheFormatterPutsAnArgument, ()) {
+RC_GTEST_PROP(Place, IsExactlyWhereTheFormatterPutsAnArgument, ()) {
   const auto text = *rc::gen::container<std::string>(rc::gen::element('%', '0', '1', '2', '3', 'x'));
   YResource::MessageFormatter formatter;
   for (int i = 0; i < 400; ++i) formatter << "<argument>";

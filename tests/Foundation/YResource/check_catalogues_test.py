@@ -1,4 +1,4 @@
-"""The command that checks catalogues says what is wrong, and fails then and only then.
+"""The command that checks catalogues reports what is wrong, and fails only if something is.
 
 Arguments: the command, the folder of the examples, the manual page, the version.
 """
@@ -44,7 +44,7 @@ class CheckCatalogues(unittest.TestCase):
         self.assertTrue(lines[0].startswith(f"{austrian}:"), lines)
         self.assertEqual(lines[1:], [f"{german}:6: '02' is not an ID from 1 to 4294967295, decimal or after 0x"])
 
-    def test_compares_places_once_the_files_are_sound(self):
+    def test_compares_placeholders_once_the_files_are_sound(self):
         german = self.folder / "orders.de.json"
         german.write_text(german.read_text(encoding="utf-8").replace("%2", "%3"), encoding="utf-8")
         result = check(self.folder)
@@ -52,7 +52,7 @@ class CheckCatalogues(unittest.TestCase):
         self.assertEqual(result.stdout, f"{german}:5: the text of ID 1 has the places %1 %3, "
                                         f"that in {self.folder / 'orders.json'} %1 %2\n")
 
-    def test_goes_on_to_the_next_folder_after_a_fault(self):
+    def test_continues_with_the_next_folder_after_a_fault(self):
         missing = self.folder / "missing"
         (self.folder / "orders.de.json").write_text("{", encoding="utf-8")
         result = check(missing, self.folder)
@@ -75,7 +75,7 @@ class CheckCatalogues(unittest.TestCase):
         self.assertEqual(check(name, text=False).stdout,
                          name.replace(b"\xfc\xdf", rb"\xFC\xDF") + b"/orders.json:1: is not an object\n")
 
-    def test_says_what_it_is_on_standard_output(self):
+    def test_prints_its_usage_and_version_on_standard_output(self):
         usage = check("--help")
         self.assertEqual((usage.returncode, usage.stderr), (0, ""))
         self.assertTrue(usage.stdout.startswith("usage: ylog-check-catalogues FOLDER...\n"), usage.stdout)
@@ -90,7 +90,7 @@ class CheckCatalogues(unittest.TestCase):
             self.assertIn("usage: ylog-check-catalogues FOLDER...\n", result.stderr)
         self.assertIn("--quiet", check("--quiet").stderr)
 
-    def test_takes_what_follows_two_dashes_for_folders(self):
+    def test_treats_arguments_after_two_dashes_as_folders(self):
         shutil.copytree(self.folder, self.folder.parent / "--help")
         result = check("--", "--help", "--version", cwd=self.folder.parent)
         self.assertEqual((result.returncode, result.stderr), (1, ""))

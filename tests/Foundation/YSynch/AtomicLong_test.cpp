@@ -4,18 +4,18 @@
 
 namespace {
 
-TEST(AtomicLong, CountsFromWhatItIsGiven) {
+TEST(AtomicLong, CountsFromItsInitialValue) {
   YSynch::AtomicLong number(41);
   EXPECT_EQ(number.Increment(), 42);
   EXPECT_EQ(number.Get(), 42);
   EXPECT_EQ(number.Decrement(), 41);
 }
 
-TEST(AtomicLong, BeginsAtZero) {
+TEST(AtomicLong, IsZeroByDefault) {
   EXPECT_EQ(YSynch::AtomicLong().Get(), 0);
 }
 
-TEST(AtomicLong, IncrementsIfPositiveOnly) {
+TEST(AtomicLong, IncrementsOnlyIfPositive) {
   YSynch::AtomicLong number;
   EXPECT_FALSE(number.IncrementIfPositive());
   EXPECT_EQ(number.Get(), 0);

@@ -9,7 +9,7 @@ namespace {
 
 using YSynch::CriticalSection;
 
-// Beyond what the compiler's analysis follows: it knows no lock that is taken twice.
+// Excluded from the compiler's analysis, which does not support recursive locks.
 void Lock(CriticalSection& section) YSYNCH_NO_THREAD_SAFETY_ANALYSIS {
   section.Lock();
 }
@@ -29,7 +29,7 @@ bool IsFreeForOthers(CriticalSection& section) {
   return free;
 }
 
-TEST(CriticalSection, IsFreeWhenItWasGivenBackAsOftenAsTaken) {
+TEST(CriticalSection, IsFreeOnceItIsUnlockedAsOftenAsLocked) {
   CriticalSection section(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   EXPECT_TRUE(IsFreeForOthers(section));
   Lock(section);
@@ -42,7 +42,7 @@ TEST(CriticalSection, IsFreeWhenItWasGivenBackAsOftenAsTaken) {
   EXPECT_TRUE(IsFreeForOthers(section));
 }
 
-TEST(CriticalSection, KeepsThreadsApart) {
+TEST(CriticalSection, ExcludesOtherThreads) {
   CriticalSection section(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   long count = 0;
   std::vector<std::thread> threads;
@@ -58,7 +58,7 @@ TEST(CriticalSection, KeepsThreadsApart) {
   EXPECT_EQ(count, 40'000);
 }
 
-TEST(CriticalSection, SmartLockHoldsItToTheEndOfTheScope) {
+TEST(CriticalSection, SmartLockHoldsItUntilTheEndOfTheScope) {
   CriticalSection section(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   {
     const CriticalSection::SmartLock lock(section);
@@ -67,7 +67,7 @@ TEST(CriticalSection, SmartLockHoldsItToTheEndOfTheScope) {
   EXPECT_TRUE(IsFreeForOthers(section));
 }
 
-TEST(CriticalSectionDeathTest, RefusesToBeGivenBackByAThreadThatDoesNotHoldIt) {
+TEST(CriticalSectionDeathTest, RefusesToBeUnlockedByAThreadThatDoesNotHoldIt) {
   CriticalSection section(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   EXPECT_DEBUG_DEATH(Unlock(section), "does not hold it");
   EXPECT_TRUE(IsFreeForOthers(section));

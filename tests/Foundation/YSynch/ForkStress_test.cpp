@@ -29,7 +29,7 @@ class Participant final : public YSynch::ForkParticipant {
   CriticalSection& mSection;
 };
 
-/// Locks, and the ways to use them that a fork has to cope with.
+/// Locks, and the ways of using them that a fork must cope with.
 class Locks {
  public:
   void TakeInTheOrderOfTheirMaking() {
@@ -80,14 +80,14 @@ class Locks {
 
   CriticalSection mA{OBJECT}, mB{OBJECT}, mC{OBJECT}, mD{OBJECT}, mE{OBJECT}, mF{OBJECT}, mG{OBJECT},
       mH{OBJECT};
-  // In place, as the heap is no friend of forks under the address sanitizer.
+  // Not on the heap, which does not cope well with forks under the address sanitizer.
   std::optional<CriticalSection> mMadeSection YSYNCH_GUARDED_BY(mF);
   std::optional<RWLock> mMadeRWLock YSYNCH_GUARDED_BY(mF);
   std::optional<Participant> mMadeParticipant YSYNCH_GUARDED_BY(mG);
   RWLock mReadOften{OBJECT}, mWritten{OBJECT};
 };
 
-TEST(ForkStress, NoUseOfLocksKeepsAForkFromHappeningOrAChildFromTakingThemAll) {
+TEST(ForkStress, NoUseOfLocksBlocksAForkOrLeavesALockTakenInTheChild) {
   Locks locks;
   BusyThreads threads;
   threads.Add(1, [&] { locks.TakeInTheOrderOfTheirMaking(); });

@@ -36,7 +36,7 @@ using testing::ElementsAre;
 using YSynch::CriticalSection;
 using YSynch::RWLock;
 
-// Beyond what the compiler's analysis follows.
+// Excluded from the compiler's analysis, which cannot follow it.
 void Lock(CriticalSection& section) YSYNCH_NO_THREAD_SAFETY_ANALYSIS {
   section.Lock();
 }
@@ -72,8 +72,8 @@ class Pair {
   unsigned mSecond YSYNCH_GUARDED_BY(mLock) = 0;
 };
 
-/// A thread that, its work done, stays until it is joined: in a child, the thread sanitizer takes a thread
-/// that had ended before the fork for one that everybody forgot.
+/// A thread that stays alive after its work until it is joined. In a child, the thread sanitizer reports a
+/// thread that ended before the fork as leaked.
 class Companion {
  public:
   template <class Work>
@@ -125,7 +125,7 @@ TEST_F(Fork, ChildOfAChildTakesEveryLock) {
   }));
 }
 
-TEST_F(Fork, ThreadsForkAtTheSameTime) {
+TEST_F(Fork, ThreadsCanForkAtTheSameTime) {
   std::atomic<int> failures = 0;
   {
     const BusyThreads others(2, [this] { Change(); });
@@ -141,7 +141,7 @@ TEST_F(Fork, ThreadsForkAtTheSameTime) {
   EXPECT_EQ(failures, 0);
 }
 
-TEST_F(Fork, ReadersAreWaitedForAndGoneInTheChild) {
+TEST_F(Fork, WaitsForReadersAndDropsThemInTheChild) {
   RWLock lock(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   const BusyThreads readers(4, [&] { const RWLock::ReadSmartLock guard(lock); });
   for (int i = 0; i != 20; ++i) {
@@ -162,7 +162,7 @@ constinit bool gsbTakenBeforeStaticObjects = false;
   gsbTakenBeforeStaticObjects = true;
 }
 
-TEST_F(Fork, ChildTakesALockThatIsThereBeforeStaticObjects) {
+TEST_F(Fork, ChildTakesALockCreatedBeforeStaticObjects) {
   EXPECT_TRUE(gsbTakenBeforeStaticObjects);
   const BusyThreads others(2, [] { const CriticalSection::SmartLock lock(*gsStaticSection); });
   for (int i = 0; i != 50; ++i) {
@@ -173,7 +173,7 @@ TEST_F(Fork, ChildTakesALockThatIsThereBeforeStaticObjects) {
   }
 }
 
-TEST_F(Fork, ChildKeepsTheCriticalSectionThatTheForkingThreadHolds) {
+TEST_F(Fork, ChildKeepsACriticalSectionHeldByTheForkingThread) {
   CriticalSection section(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   Lock(section);
   Lock(section);
@@ -213,7 +213,7 @@ class Participant final : public YSynch::ForkParticipant {
   const Action mAction;
 };
 
-TEST_F(Fork, ParticipantHearsOfItBeforeAndAfterOnBothSides) {
+TEST_F(Fork, ParticipantIsCalledBeforeAndAfterInBothProcesses) {
   const Participant participant;
   EXPECT_TRUE(SucceedsInChild([&] {
     return participant.Calls() == std::vector<Call>{Call::BEFORE, Call::IN_CHILD};
@@ -222,7 +222,7 @@ TEST_F(Fork, ParticipantHearsOfItBeforeAndAfterOnBothSides) {
   EXPECT_THAT(participant.Calls(), ElementsAre(Call::BEFORE, Call::IN_PARENT, Call::BEFORE, Call::IN_PARENT));
 }
 
-TEST_F(Fork, ParticipantThatHasLeftHearsNothing) {
+TEST_F(Fork, ParticipantThatHasLeftIsNotCalled) {
   const Participant first;
   auto second = std::make_unique<Participant>([](Call) { FAIL(); });
   const Participant third;
@@ -232,7 +232,7 @@ TEST_F(Fork, ParticipantThatHasLeftHearsNothing) {
   EXPECT_THAT(third.Calls(), ElementsAre(Call::BEFORE, Call::IN_PARENT));
 }
 
-TEST_F(Fork, LocksAreFreeBeforeItAndHeldUntilAllParticipantsHaveHeard) {
+TEST_F(Fork, LocksAreFreeBeforeItAndHeldUntilAllParticipantsWereCalled) {
   CriticalSection section(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   std::vector<std::pair<Call, bool>> free;
   const Participant participant([&](Call call) { free.emplace_back(call, IsFreeForOthers(section)); });
@@ -241,7 +241,7 @@ TEST_F(Fork, LocksAreFreeBeforeItAndHeldUntilAllParticipantsHaveHeard) {
   EXPECT_THAT(free, ElementsAre(std::pair(Call::BEFORE, true), std::pair(Call::IN_PARENT, false)));
 }
 
-TEST_F(Fork, ParticipantThatJoinsWhileALockIsAwaitedIsToldBeforeTheFork) {
+TEST_F(Fork, ParticipantThatJoinsDuringTheWaitForALockIsCalledBeforeTheFork) {
   CriticalSection section(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   std::latch locked(1);
   std::optional<Participant> late;
@@ -275,7 +275,7 @@ TEST_F(Fork, LockIsNotDestroyedWhileAForkWaitsForIt) {
   }
 }
 
-TEST_F(Fork, IsLetPassByACancelledThread) {
+TEST_F(Fork, IsNotBlockedByACancelledThread) {
   CriticalSection awaited(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   CriticalSection other(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   std::latch locked(1);
@@ -291,7 +291,7 @@ TEST_F(Fork, IsLetPassByACancelledThread) {
   EXPECT_TRUE(finished);
 }
 
-TEST_F(Fork, TellsAParticipantThatACancelledThreadDestroys) {
+TEST_F(Fork, ParticipantCanBeDestroyedByACancelledThread) {
   std::latch begun(1);
   std::atomic<pid_t> destroying = 0;
   auto participant = std::make_unique<Participant>([&](Call call) {
@@ -313,7 +313,7 @@ TEST_F(Fork, TellsAParticipantThatACancelledThreadDestroys) {
   EXPECT_TRUE(finished);
 }
 
-TEST_F(Fork, ParticipantIsNotDestroyedWhileItIsTold) {
+TEST_F(Fork, ParticipantIsNotDestroyedDuringItsCall) {
   std::latch begun(1);
   std::atomic<bool> done = false;
   auto participant = std::make_unique<Participant>([&](Call call) {

@@ -14,7 +14,7 @@ namespace {
 
 using YSynch::RWLock;
 
-TEST(RWLock, IsHeldByReadersTogether) {
+TEST(RWLock, CanBeHeldByReadersTogether) {
   RWLock lock(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   std::latch inside(3);
   const auto read = [&] {
@@ -57,7 +57,7 @@ TEST(RWLock, IsHeldByAWriterAlone) {
   EXPECT_EQ(second, 10'000);
 }
 
-/// A thread that takes a lock; it can be asked whether it waits for it.
+/// A thread that takes a lock, and can report whether it is waiting for it.
 template <class Guard>
 class Taker {
  public:
@@ -83,7 +83,7 @@ class Taker {
   std::thread mThread;
 };
 
-TEST(RWLock, LetsAWaitingWriterGoBeforeReadersThatComeLater) {
+TEST(RWLock, PrefersAWaitingWriterToLaterReaders) {
   RWLock lock(YSynch::LOCK_STACK_CATEGORY_OBJECT);
   bool written = false;
   bool lateReaderSawIt = false;

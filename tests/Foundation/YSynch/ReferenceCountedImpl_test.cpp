@@ -35,7 +35,7 @@ class Counted final : public YSynch::ReferenceCountedImpl<YSynch::AtomicLong> {
   const Hook mHook;
 };
 
-TEST(ReferenceCountedImpl, LivesUntilItsLastReferenceGoes) {
+TEST(ReferenceCountedImpl, LivesUntilItsLastReferenceIsReleased) {
   Events events;
   YBase::SmartPtrI<Counted> first(new Counted(events));
   YBase::SmartPtrI<Counted> second = first;
@@ -45,7 +45,7 @@ TEST(ReferenceCountedImpl, LivesUntilItsLastReferenceGoes) {
   EXPECT_THAT(events, ElementsAre(Event::HOOK, Event::DEATH));
 }
 
-TEST(ReferenceCountedImpl, CountsFromZeroSoThatTheFirstHolderMakesItOne) {
+TEST(ReferenceCountedImpl, StartsAtZeroSoThatTheFirstReferenceMakesItOne) {
   Events events;
   auto* counted = new Counted(events);
   counted->AddRef();
@@ -67,7 +67,7 @@ TEST(ReferenceCountedImpl, LetsProxiesAddAReferenceWhileItIsHeld) {
   EXPECT_THAT(events, ElementsAre(Event::HOOK, Event::DEATH));
 }
 
-TEST(ReferenceCountedImpl, RefusesProxiesWhileItDies) {
+TEST(ReferenceCountedImpl, RefusesProxiesDuringItsLastCall) {
   Events events;
   bool added = true;
   {
@@ -77,7 +77,7 @@ TEST(ReferenceCountedImpl, RefusesProxiesWhileItDies) {
   EXPECT_THAT(events, ElementsAre(Event::HOOK, Event::DEATH));
 }
 
-TEST(ReferenceCountedImpl, DiesOnceThoughReferencesComeAndGoInItsLastCall) {
+TEST(ReferenceCountedImpl, IsDestroyedOnceEvenIfItsLastCallAddsAndReleasesReferences) {
   Events events;
   const auto comeAndGo = [](const Counted& dying) {
     const YBase::SmartPtrI<const Counted> first(&dying);
@@ -87,7 +87,7 @@ TEST(ReferenceCountedImpl, DiesOnceThoughReferencesComeAndGoInItsLastCall) {
   EXPECT_THAT(events, ElementsAre(Event::HOOK, Event::DEATH));
 }
 
-TEST(ReferenceCountedImplDeathTest, IsNotToBeMadeReachableAgainInItsLastCall) {
+TEST(ReferenceCountedImplDeathTest, RefusesToBeMadeReachableAgainInItsLastCall) {
   const auto resurrect = [] {
     Events events;
     YBase::SmartPtrI<Counted> held(new Counted(events, [](const Counted& dying) { dying.AddRef(); }));
@@ -95,7 +95,7 @@ TEST(ReferenceCountedImplDeathTest, IsNotToBeMadeReachableAgainInItsLastCall) {
   EXPECT_DEBUG_DEATH(resurrect(), "made reachable again");
 }
 
-TEST(ReferenceCountedImpl, CountsRightWhenManyThreadsShareIt) {
+TEST(ReferenceCountedImpl, CountsCorrectlyWhenManyThreadsShareIt) {
   Events events;
   YBase::SmartPtrI<Counted> held(new Counted(events));
   std::vector<std::thread> threads;
@@ -106,7 +106,7 @@ TEST(ReferenceCountedImpl, CountsRightWhenManyThreadsShareIt) {
   }
   held = nullptr;
   for (std::thread& thread : threads) thread.join();
-  // Copies live in the closures, which the threads have destroyed by now.
+  // The other references were in the closures, which the threads have destroyed by now.
   EXPECT_THAT(events, ElementsAre(Event::HOOK, Event::DEATH));
 }
 

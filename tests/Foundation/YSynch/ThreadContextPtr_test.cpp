@@ -35,14 +35,14 @@ class ThreadContextPtr : public testing::Test {
   YSynch::ThreadContextPtr<Counter, Counter_Impl> mCounter{*mStorage};
 };
 
-TEST_F(ThreadContextPtr, MakesTheContextWhenItIsFirstAskedFor) {
+TEST_F(ThreadContextPtr, CreatesTheContextOnFirstUse) {
   EXPECT_EQ(mCounter.GetIfPresent(), nullptr);
   EXPECT_EQ(mCounter->Count(), 1);
   EXPECT_EQ(mCounter->Count(), 2);
   EXPECT_EQ(mCounter.GetIfPresent(), mCounter.Get());
 }
 
-TEST_F(ThreadContextPtr, MakesOneForEachThread) {
+TEST_F(ThreadContextPtr, CreatesOneForEachThread) {
   EXPECT_EQ(mCounter->Count(), 1);
   std::thread([this] {
     EXPECT_EQ(mCounter.GetIfPresent(), nullptr);
@@ -51,7 +51,7 @@ TEST_F(ThreadContextPtr, MakesOneForEachThread) {
   EXPECT_EQ(mCounter->Count(), 2);
 }
 
-TEST_F(ThreadContextPtr, StaysEmptyWhenTheContextCannotBeMade) {
+TEST_F(ThreadContextPtr, StaysEmptyIfTheContextCannotBeCreated) {
   Counter_Impl::sbRefuses = true;
   EXPECT_THROW(mCounter.Get(), std::runtime_error);
   EXPECT_EQ(mCounter.GetIfPresent(), nullptr);

@@ -26,7 +26,7 @@ using Support::SucceededChild;
 using Support::SucceedsInChild;
 using Storage = YBase::StrongPtr<YSynch::ThreadLocalStorage>;
 
-/// Counts how many there are, and may do something on its way out.
+/// Counts its instances, and may run a function on destruction.
 class Context final : public YSynch::ThreadContext {
  public:
   using Last = std::function<void()>;
@@ -53,7 +53,7 @@ class ThreadLocalStorage : public testing::Test {
  protected:
   Context* New(Context::Last last = {}) { return new Context(mLiving, std::move(last)); }
 
-  /// Threads that each fill their slot and then stay until they may go.
+  /// Threads that each fill their slot and then wait until they may end.
   class Threads {
    public:
     Threads(ThreadLocalStorage& test, int count) : mFilled(count) {
@@ -91,7 +91,7 @@ TEST_F(ThreadLocalStorage, IsEmptyUntilAValueIsStored) {
   EXPECT_EQ(mStorage->GetValue(), context);
 }
 
-TEST_F(ThreadLocalStorage, DisposesOfTheValueThatAnotherReplaces) {
+TEST_F(ThreadLocalStorage, DisposesOfAReplacedValue) {
   mStorage->SetValue(New());
   Context* second = New();
   mStorage->SetValue(second);
@@ -110,7 +110,7 @@ TEST_F(ThreadLocalStorage, KeepsAValueThatIsStoredAgain) {
   EXPECT_EQ(mLiving, 1);
 }
 
-TEST_F(ThreadLocalStorage, FindsTheSlotEmptyWhileAValueIsDisposedOf) {
+TEST_F(ThreadLocalStorage, IsEmptyWhileAValueIsDisposedOf) {
   bool empty = false;
   mStorage->SetValue(New([&] { empty = mStorage->GetValue() == nullptr; }));
   mStorage->SetValue(nullptr);
@@ -134,7 +134,7 @@ TEST_F(ThreadLocalStorage, DisposesOfAValueWhenItsThreadEnds) {
   EXPECT_EQ(mLiving, 0);
 }
 
-TEST_F(ThreadLocalStorage, LeavesNothingOfAThousandShortThreads) {
+TEST_F(ThreadLocalStorage, LeavesNothingBehindAfterAThousandShortThreads) {
   for (int i = 0; i != 1'000; ++i) std::thread([&] { mStorage->SetValue(New()); }).join();
   EXPECT_EQ(mLiving, 0);
 }
@@ -147,7 +147,7 @@ TEST_F(ThreadLocalStorage, DisposesOfEveryThreadsValueWhenItIsDestroyed) {
   EXPECT_EQ(mLiving, 0);
 }
 
-TEST_F(ThreadLocalStorage, DisposesOfTheValuesOfMoreThreadsThanItTakesAtOnce) {
+TEST_F(ThreadLocalStorage, DisposesOfTheValuesOfMoreThreadsThanOneBatch) {
   const Threads threads(*this, 130);
   EXPECT_EQ(mLiving, 130);
   mStorage.reset();
@@ -177,7 +177,7 @@ TEST_F(ThreadLocalStorage, StartsEmptyInThreadsThatUsedOneBefore) {
   EXPECT_EQ(mLiving, 1);
 }
 
-TEST_F(ThreadLocalStorage, IsIndependentOfOthers) {
+TEST_F(ThreadLocalStorage, IsIndependentOfOtherStorages) {
   Context* first = New();
   mStorage->SetValue(first);
   Storage other = YSynch::CreateThreadLocalStorage();
@@ -190,7 +190,7 @@ TEST_F(ThreadLocalStorage, IsIndependentOfOthers) {
   EXPECT_EQ(mLiving, 1);
 }
 
-TEST_F(ThreadLocalStorage, DisposesOfWhatAContextStoresOnItsWayOut) {
+TEST_F(ThreadLocalStorage, DisposesOfAValueThatADyingContextStores) {
   bool stored = false;
   std::thread([&] {
     mStorage->SetValue(New([&] {
@@ -203,9 +203,9 @@ TEST_F(ThreadLocalStorage, DisposesOfWhatAContextStoresOnItsWayOut) {
   EXPECT_EQ(mLiving, 0);
 }
 
-TEST_F(ThreadLocalStorage, DisposesOfWhatIsStoredWhileTheThreadEnds) {
+TEST_F(ThreadLocalStorage, DisposesOfAValueStoredWhileTheThreadEnds) {
   static std::function<void()> sLast;
-  // Younger than the storage's key, so that its destructor comes after that one's.
+  // Created after the storage's key, so that its destructor is called later.
   pthread_key_t key;
   ASSERT_EQ(pthread_key_create(&key, [](void*) { sLast(); }), 0);
   bool empty = false;
@@ -222,7 +222,7 @@ TEST_F(ThreadLocalStorage, DisposesOfWhatIsStoredWhileTheThreadEnds) {
   pthread_key_delete(key);
 }
 
-TEST_F(ThreadLocalStorage, StorageMayBeDestroyedByAContextOfTheEndingThread) {
+TEST_F(ThreadLocalStorage, CanBeDestroyedByAContextOfAnEndingThread) {
   Storage other = YSynch::CreateThreadLocalStorage();
   std::thread([&] {
     mStorage->SetValue(New([&] { other.reset(); }));
@@ -232,7 +232,7 @@ TEST_F(ThreadLocalStorage, StorageMayBeDestroyedByAContextOfTheEndingThread) {
   EXPECT_EQ(mLiving, 0);
 }
 
-TEST_F(ThreadLocalStorage, ChildOfAForkKeepsItsOwnValueAndLetsTheOthersBe) {
+TEST_F(ThreadLocalStorage, ForkedChildKeepsItsOwnValueAndLeavesTheOthersAlone) {
   const Threads threads(*this, 3);
   Context* own = New();
   mStorage->SetValue(own);
@@ -246,7 +246,7 @@ TEST_F(ThreadLocalStorage, ChildOfAForkKeepsItsOwnValueAndLetsTheOthersBe) {
   EXPECT_EQ(mLiving, 4);
 }
 
-TEST_F(ThreadLocalStorage, ThreadsOfAChildHaveValuesAsEver) {
+TEST_F(ThreadLocalStorage, ThreadsOfAForkedChildHaveValuesOfTheirOwn) {
   const Threads threads(*this, 3);
   EXPECT_TRUE(SucceedsInChild([&] {
     const Threads own(*this, 3);
@@ -256,7 +256,7 @@ TEST_F(ThreadLocalStorage, ThreadsOfAChildHaveValuesAsEver) {
   }));
 }
 
-/// \pre The process has made no storage yet.
+/// \pre The process has created no storage yet.
 void CreateStorageWithoutKeys() {
   std::vector<pthread_key_t> keys;
   for (pthread_key_t key = 0; pthread_key_create(&key, nullptr) == 0;) keys.push_back(key);
@@ -274,8 +274,8 @@ void CreateStorageWithoutKeys() {
   std::_Exit(2);
 }
 
-TEST(ThreadLocalStorageDeathTest, ThrowsWhenTheSystemHasNoKeyLeftAndWorksOnceItHas) {
-  // Begins with a new process, which has no key of the library's yet.
+TEST(ThreadLocalStorageDeathTest, ThrowsIfTheSystemHasNoKeyLeftAndWorksOnceItHas) {
+  // Starts in a new process, in which the library has no key yet.
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(CreateStorageWithoutKeys(), testing::ExitedWithCode(0), "");
 }

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-// This library knows the struct by its name only, so here it may look like anything.
+// This library only declares the struct, so the test may define it as it likes.
 struct YLog::ThreadSpecificLogHeaders {
   int mark = 0;
 };
@@ -32,7 +32,7 @@ std::shared_ptr<Headers> Marked(int mark) {
   return std::make_shared<Headers>(Headers{mark});
 }
 
-TEST_F(ThreadSpecificLogHeaders, DoNothingWhereNothingIsRegistered) {
+TEST_F(ThreadSpecificLogHeaders, DoNothingIfNothingIsRegistered) {
   Headers headers;
   EXPECT_EQ(YSynch::GetThreadSpecificLogHeaders(), nullptr);
   YSynch::SetThreadSpecificLogHeaders(&headers);
@@ -42,7 +42,7 @@ TEST_F(ThreadSpecificLogHeaders, DoNothingWhereNothingIsRegistered) {
   EXPECT_EQ(YSynch::GetThreadSpecificLogHeaders(), nullptr);
 }
 
-TEST_F(ThreadSpecificLogHeaders, GoThroughWhatIsRegistered) {
+TEST_F(ThreadSpecificLogHeaders, UseTheRegisteredFunctions) {
   Headers headers{7};
   YSynch::RegisterThreadSpecificLogHeadersGetter([] { return Marked(5); });
   YSynch::RegisterThreadSpecificLogHeadersSetter(
@@ -56,7 +56,7 @@ TEST_F(ThreadSpecificLogHeaders, GoThroughWhatIsRegistered) {
   EXPECT_THAT(sCalls, ElementsAre("7", "null", "unset"));
 }
 
-TEST_F(ThreadSpecificLogHeaders, GoThroughTheLatestRegistration) {
+TEST_F(ThreadSpecificLogHeaders, UseTheLatestRegistration) {
   YSynch::RegisterThreadSpecificLogHeadersGetter([] { return Marked(1); });
   YSynch::RegisterThreadSpecificLogHeadersGetter([] { return Marked(2); });
   EXPECT_EQ(YSynch::GetThreadSpecificLogHeaders()->mark, 2);
@@ -76,7 +76,7 @@ TEST_F(ThreadSpecificLogHeaders, DoNothingAfterTheDeregistration) {
   EXPECT_THAT(sCalls, ElementsAre());
 }
 
-TEST_F(ThreadSpecificLogHeaders, TakeNullForNone) {
+TEST_F(ThreadSpecificLogHeaders, TreatNullAsNone) {
   YSynch::RegisterThreadSpecificLogHeadersUnsetter([] { sCalls.emplace_back("unset"); });
   YSynch::RegisterThreadSpecificLogHeadersUnsetter(nullptr);
   YSynch::RegisterThreadSpecificLogHeadersGetter(nullptr);

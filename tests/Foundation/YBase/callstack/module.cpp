@@ -1,4 +1,4 @@
-// A module of a client that calls back, through an exported function and an internal one.
+// A client's module that calls back through an exported function and an internal one.
 
 #include <atomic>
 

@@ -1,5 +1,5 @@
 // A client's program that prints call stacks: of a static object before main, of main, and of a function that
-// runs at exit. Before each it prints a name, and the offset of the function that took the stack.
+// runs at exit. Before each stack it prints a name and the offset of the function that took the stack.
 
 #include <dlfcn.h>
 
@@ -9,7 +9,7 @@
 
 #include <YBase/CallStack.h>
 
-// Like the library's thin wrappers, whose code the compiler puts into the client's functions.
+// Like the library's thin wrappers, which the compiler inlines into the client's functions.
 namespace YLog {
 
 template <class T>

@@ -1,4 +1,4 @@
-// A module of a client with a static object that takes a call stack when the module is loaded.
+// A client's module with a static object that takes a call stack when the module is loaded.
 
 #include <YBase/CallStack.h>
 
