@@ -1,6 +1,6 @@
 #include "Foundation/YResource/src/CatalogueFaults.h"
 #include "Foundation/YResource/src/CatalogueReader.h"
-#include "Foundation/YResource/src/Place.h"
+#include "Foundation/YResource/src/Placeholder.h"
 #include "Require.h"
 
 #include <YBase/TextConversion.h>
@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Fuzz::Require(entry.id != 0 && !entry.text.empty() && entry.line > 0, "each text is complete");
     const std::string whole = YBase::WideCharToUTF8(YBase::UTF8ToWideChar(entry.text.c_str()).c_str());
     Fuzz::Require(whole == entry.text, "each text is valid UTF-8");
-    Fuzz::Require(YResource::FindPlaces(entry.text).count(0) == 0, "placeholders count from 1");
+    Fuzz::Require(YResource::FindPlaceholders(entry.text).count(0) == 0, "placeholders count from 1");
   }
   return 0;
 }
