@@ -77,7 +77,7 @@ unsigned long BackupFiles::GetLastNumber() const {
 }
 
 std::wstring BackupFiles::BackupPath(unsigned long number) const {
-  // Not by `swprintf`, which takes a lock of the C library that a child of a fork may find locked.
+  // Not `swprintf`: it takes a lock of the C library, which a child of a fork may inherit locked.
   const std::string digits = std::to_string(number);
   std::wstring path = mPath + L".bak";
   if (digits.size() < 2) path += L'0';

@@ -9,7 +9,7 @@ namespace YLog {
 
 /// A number of a header and its texts. Each text is built when it is first asked for.
 ///
-/// Threads: like any value, although the getters of texts are constant.
+/// Threads: like any value. The constant getters of texts may change it, too.
 template <class Number>
 class NumberField {
  public:

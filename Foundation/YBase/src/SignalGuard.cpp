@@ -37,7 +37,7 @@ SignalGuard::~SignalGuard() {
   // Consuming a signal is a cancellation point, and a destructor must not be left by a cancellation.
   const CancellationGuard cancellationGuard;
   const int error = errno;
-  // A signal that was pending before cannot be told from one raised since: pending signals are not counted.
+  // Pending signals are not counted, so one that was pending before also covers any that were raised since.
   if (!mbWasPending) Platform::ConsumePendingSignal(mSignalNumber);
   if (!mbWasBlocked) {
     const sigset_t signals = SetOf(mSignalNumber);

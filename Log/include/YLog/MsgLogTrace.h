@@ -62,8 +62,8 @@ class YLOG_EXPORT MsgLogTrace final : public LogTrace {
 
   /// Switches `SendToLogTrace` on and off. It is off at first. A thread may see a change late.
   static void SetMsgLogTrace(bool enable);
-  /// As `AddToLogTrace` while tracing is on. While it is off, and if there is no object and the library is
-  /// not started, returns 1 and creates nothing.
+  /// Does what `AddToLogTrace` does. Returns 1 and creates nothing if tracing is off, or if there is no
+  /// object yet and the library is not started.
   static int SendToLogTrace(unsigned long threadId, int messageId, const std::wstring& destination,
                             int duration, int kind);
 

@@ -227,7 +227,7 @@ class Recorder final : public Support::FileOperationsWrapper {
  public:
   int Lock(int descriptor, int operation) noexcept override {
     mCalls.push_back(operation == LOCK_UN ? "unlock" : "lock");
-    return mbLockInVain ? 0 : FileOperationsWrapper::Lock(descriptor, operation);
+    return FileOperationsWrapper::Lock(descriptor, operation);
   }
   ssize_t Write(int descriptor, const char* text, std::size_t count) noexcept override {
     mCalls.emplace_back("write");
@@ -258,8 +258,6 @@ class Recorder final : public Support::FileOperationsWrapper {
   std::vector<std::string> TakeCalls() { return std::exchange(mCalls, {}); }
 
   std::chrono::nanoseconds mNow{0};
-  // Whether locking and unlocking only appear to succeed.
-  bool mbLockInVain = false;
 
  private:
   std::vector<std::string> mCalls;
